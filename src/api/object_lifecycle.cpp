@@ -1,0 +1,118 @@
+#include "api/object_lifecycle.h"
+
+#include <cstdlib>
+
+#include "api/device_change.h"
+#include "api/object_table.h"
+#include "device/device_table.h"
+#include "device/message_window_thread.h"
+#include "device/selection.h"
+#include "platform/thread.h"
+
+namespace api {
+
+namespace {
+
+constexpr uint32_t releasePauseMilliseconds = 50;
+
+bool allocate(uint8_t*& buffer, uint32_t size) {
+    if (buffer == nullptr) buffer = static_cast<uint8_t*>(std::malloc(size));
+    return buffer != nullptr;
+}
+
+bool allocateBuffers(device::WorkingBuffers& buffers) {
+    return allocate(buffers.image, buffers.imageSize) && allocate(buffers.page, buffers.pageSize) &&
+           allocate(buffers.work, buffers.workSize);
+}
+
+/// The first enumeration of the process. Later ones probe only as many device numbers as it opened devices.
+bool fillDeviceTable(PrinterObject& printer) {
+    device::resetDeviceTable(0x00);
+    uint8_t list[device::deviceCount];
+    const uint32_t found = zprusb_listupPrinter(list);
+    printer.scanLimit = printer.openedCount;
+    device::deviceTableReady = found != 0;
+    return device::deviceTableReady;
+}
+
+/// Opens one object; on one that is open already, repeats only the steps whose results are missing.
+bool openObject(PrinterObject& printer, uint16_t* resultCode) {
+    if (!device::deviceTableReady) device::resetDeviceTable(0xFF);
+    if (!device::load(printer.control)) return device::fail(ZPRUSB_NO_CONTROL_LIBRARY, resultCode);
+    if (!allocateBuffers(printer.buffers)) return device::fail(ZPRUSB_OUT_OF_MEMORY, resultCode);
+    if (!device::deviceTableReady && !fillDeviceTable(printer))
+        return device::fail(ZPRUSB_NO_PRINTER_FOUND, resultCode);
+    if (!printer.opened) {
+        device::selectByNumber(printer, 0, nullptr);
+        printer.opened = true;
+    }
+    device::setResult(resultCode, ZPRUSB_SUCCESS);
+    return true;
+}
+
+bool isFilled(uint32_t slot) {
+    return static_cast<bool>(ObjectUse(static_cast<int>(slot)));
+}
+
+/// Opens the object of a slot, which is made first if the slot is empty.
+bool openSlot(uint32_t slot, uint16_t* resultCode) {
+    if (!isFilled(slot) && !fillSlot(slot)) return device::fail(ZPRUSB_OUT_OF_MEMORY, resultCode);
+    const ObjectUse object(static_cast<int>(slot));
+    return openObject(*object, resultCode);
+}
+
+/// Ends what the object has of the outside world. Its memory goes with its last user.
+void tearDown(uint32_t slot) {
+    const ObjectUse object(static_cast<int>(slot));
+    if (!object) return;
+    device::releaseAllDeviceMutexes(*object);
+    device::closeAllDevices(*object);
+    emptySlot(slot);
+}
+
+bool isAnyThreadBound() {
+    for (uint32_t slot = 0; slot < objectCount(); ++slot) {
+        if (isSlotBound(slot)) return true;
+    }
+    return false;
+}
+
+}  // namespace
+
+bool makeObjects(uint16_t count) {
+    if (count < objectCount() || count > slotCount) return false;
+    setObjectCount(count);
+    for (uint32_t slot = 0; slot < count; ++slot) {
+        if (!isFilled(slot) && !openSlot(slot, nullptr)) return false;
+    }
+    return true;
+}
+
+bool openLibrary(uint16_t* resultCode) {
+    for (uint32_t slot = 0; slot < objectCount(); ++slot) {
+        if (openSlot(slot, resultCode)) continue;
+        releaseObjects(nullptr);
+        return false;
+    }
+    const bool bound = bindThreadSlot() != noSlot;
+    device::startMessageWindowThread(handleDeviceChange);
+    return bound || device::fail(ZPRUSB_NO_OBJECT, resultCode);
+}
+
+bool releaseObjects(uint16_t* resultCode) {
+    platform::sleepMilliseconds(releasePauseMilliseconds);
+    if (isAnyThreadBound()) return device::fail(ZPRUSB_STILL_IN_USE, resultCode);
+    for (uint32_t slot = 0; slot < objectCount(); ++slot) tearDown(slot);
+    setObjectCount(1);
+    device::setResult(resultCode, ZPRUSB_SUCCESS);
+    return true;
+}
+
+void closeLibrary() {
+    unbindThread();
+    if (boundThreadCount() != 0) return;
+    releaseObjects(nullptr);
+    device::stopMessageWindowThread();
+}
+
+}  // namespace api

@@ -1,0 +1,19 @@
+/// Creating, opening and releasing the printer objects. All of it runs under the ApiLock.
+#pragma once
+
+#include "device/printer_object.h"
+
+namespace api {
+
+/// Raises the number of objects and opens those that are missing.
+bool makeObjects(uint16_t count);
+
+/// Opens all objects and binds the calling thread; on failure releases them again, unless a thread is bound.
+bool openLibrary(uint16_t* resultCode);
+
+/// Refuses with 1502 while a thread is bound.
+bool releaseObjects(uint16_t* resultCode);
+
+void closeLibrary();
+
+}  // namespace api

@@ -1,0 +1,139 @@
+#include "api/object_table.h"
+
+#include <algorithm>
+
+#include "platform/lock.h"
+#include "platform/memory.h"
+#include "platform/thread.h"
+
+namespace api {
+
+namespace {
+
+using HoldingTables = platform::Holding<platform::Lock>;
+
+constexpr uint32_t freeThread = 0xFFFFFFFF;
+
+constexpr std::array<uint32_t, slotCount> allFree() {
+    std::array<uint32_t, slotCount> threads{};
+    for (uint32_t& thread : threads) thread = freeThread;
+    return threads;
+}
+
+/// All guarded by tablesLock, a leaf: nothing is waited for or locked while it is held.
+constinit platform::Lock tablesLock;
+constinit std::array<PrinterObject*, slotCount> objectTable{};
+constinit std::array<uint32_t, slotCount> threadBindingTable = allFree();
+constinit uint32_t usedSlots = 1;
+
+/// The table's side of the slot lookups, with tablesLock held.
+int slotOf(uint32_t thread) {
+    const auto end = threadBindingTable.begin() + usedSlots;
+    const auto found = std::find(threadBindingTable.begin(), end, thread);
+    return found != end ? static_cast<int>(found - threadBindingTable.begin()) : noSlot;
+}
+
+int slotOfUnbound() {
+    return usedSlots == 1 ? 0 : noSlot;
+}
+
+void freeObject(PrinterObject* object) {
+    std::free(object->buffers.image);
+    std::free(object->buffers.page);
+    std::free(object->buffers.work);
+    platform::closeNamedMutex(object->pageMutex);  // an endpage that ran during the teardown may have kept it
+    device::unload(object->control);
+    platform::destroy(object);
+}
+
+/// With tablesLock held.
+/// @return the object if this was its last use and it is to be freed.
+PrinterObject* dropUse(PrinterObject* object) {
+    if (object == nullptr || --object->uses != 0) return nullptr;
+    return object;
+}
+
+}  // namespace
+
+ObjectUse::ObjectUse(int slot) : object_(nullptr) {
+    if (slot == noSlot) return;
+    HoldingTables lock(tablesLock);
+    object_ = objectTable[static_cast<uint32_t>(slot)];
+    if (object_ != nullptr) ++object_->uses;
+}
+
+ObjectUse::~ObjectUse() {
+    PrinterObject* last = nullptr;
+    {
+        HoldingTables lock(tablesLock);
+        last = dropUse(object_);
+    }
+    if (last != nullptr) freeObject(last);
+}
+
+int bindThreadSlot() {
+    const uint32_t thread = platform::currentThreadId();
+    HoldingTables lock(tablesLock);
+    const int bound = slotOf(thread);
+    if (bound != noSlot) return bound;
+    const int free = slotOf(freeThread);
+    if (free == noSlot) return slotOfUnbound();
+    threadBindingTable[static_cast<uint32_t>(free)] = thread;
+    return free;
+}
+
+int findThreadSlot() {
+    const uint32_t thread = platform::currentThreadId();
+    HoldingTables lock(tablesLock);
+    const int bound = slotOf(thread);
+    return bound != noSlot ? bound : slotOfUnbound();
+}
+
+void unbindThread() {
+    const uint32_t thread = platform::currentThreadId();
+    HoldingTables lock(tablesLock);
+    std::replace(threadBindingTable.begin(), threadBindingTable.end(), thread, freeThread);
+}
+
+uint32_t boundThreadCount() {
+    HoldingTables lock(tablesLock);
+    const auto free = std::count(threadBindingTable.begin(), threadBindingTable.end(), freeThread);
+    return slotCount - static_cast<uint32_t>(free);
+}
+
+bool isSlotBound(uint32_t slot) {
+    HoldingTables lock(tablesLock);
+    return threadBindingTable[slot] != freeThread;
+}
+
+uint32_t objectCount() {
+    HoldingTables lock(tablesLock);
+    return usedSlots;
+}
+
+void setObjectCount(uint32_t count) {
+    HoldingTables lock(tablesLock);
+    usedSlots = count;
+}
+
+bool fillSlot(uint32_t slot) {
+    auto* object = platform::create<PrinterObject>();
+    if (object == nullptr) return false;
+    object->uses = 1;
+    HoldingTables lock(tablesLock);
+    objectTable[slot] = object;
+    return true;
+}
+
+void emptySlot(uint32_t slot) {
+    PrinterObject* last = nullptr;
+    {
+        HoldingTables lock(tablesLock);
+        last = dropUse(objectTable[slot]);
+        objectTable[slot] = nullptr;
+        threadBindingTable[slot] = freeThread;
+    }
+    if (last != nullptr) freeObject(last);
+}
+
+}  // namespace api

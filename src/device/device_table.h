@@ -1,0 +1,51 @@
+/// The devices that the process has open, one entry for each handle of the control library.
+#pragma once
+
+#include "device/printer_object.h"
+#include "platform/lock.h"
+
+namespace device {
+
+/// Guarded by the ApiLock, but for what the entry points without that lock read: that is atomic or guarded by
+/// `deviceTableLock`.
+struct DeviceEntry {
+    std::atomic<DeviceHandle> handle{noDevice};
+    platform::NamedMutex* mutex = nullptr;  // guarded by deviceTableLock for writing and for others' reading
+    std::atomic<uint32_t> vendorProduct{0};
+    PrinterId printerId{};
+    PrinterLabel printerLabel{};
+    platform::PipeHandle writePipe = platform::noPipe;
+    platform::PipeHandle readPipe = platform::noPipe;
+};
+
+inline constinit std::array<DeviceEntry, deviceCount> deviceTable{};
+
+/// A leaf: nothing is waited for while it is held. Also guards every object's `pageMutex`.
+inline constinit platform::Lock deviceTableLock;
+
+/// Whether the table is filled; guarded by the ApiLock.
+inline constinit bool deviceTableReady = false;
+
+/// The entry of an index, or null if there is none or no device is open in it.
+DeviceEntry* openEntry(uint32_t index);
+
+/// Empties the table and gives every entry an identifier of this byte. The devices are not closed.
+void resetDeviceTable(uint8_t idByte);
+
+/// A use of the entry's mutex of the caller's own, to be closed by it; null when the entry has none.
+platform::NamedMutex* shareEntryMutex(DeviceEntry& entry);
+
+/// Gives the entry another mutex (or null) and closes the former one.
+void replaceEntryMutex(DeviceEntry& entry, platform::NamedMutex* mutex);
+
+/// Closes one of an entry's pipes, unless workers of that direction were ended by force.
+void closeEntryPipe(const UsbControlLibrary& control, platform::PipeHandle& pipe, bool abandoned);
+
+/// Closes the device of an entry and empties the entry, but for its pipes.
+void closeEntryDevice(const UsbControlLibrary& control, DeviceEntry& entry);
+
+/// The two halves of an object's teardown: first all printers are given free, then all devices closed.
+void releaseAllDeviceMutexes(PrinterObject& printer);
+void closeAllDevices(PrinterObject& printer);
+
+}  // namespace device

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+
+#include "device/control_library.h"
+#include "device/transport.h"
+#include "platform/named_mutex.h"
+
+namespace device {
+
+constexpr uint32_t deviceCount = 128;  // entries of the device table
+constexpr uint8_t noDeviceIndex = 255;
+constexpr uint32_t sectionCount = ZPRUSB_MAX_SECTION;
+
+using PrinterId = std::array<uint8_t, 8>;
+using PrinterLabel = std::array<char, ZPRUSB_LABEL_SIZE>;
+
+constexpr PrinterId filledPrinterId(uint8_t byte) {
+    return {byte, byte, byte, byte, byte, byte, byte, byte};
+}
+
+/// What the page commands carry. Written under the ApiLock, but for `copies`.
+struct PageParameters {
+    std::atomic<uint16_t> copies{1};  // also set by entry points that run without the ApiLock
+    uint16_t pageId = 0;              // device index x 256 + job number
+    uint8_t mediaCode = 0;
+    uint32_t printWidth = 0;
+    uint32_t printLength = 0;
+    uint32_t sectionWidth = 0;
+    std::array<uint32_t, sectionCount> sectionLengths{};
+    uint8_t sectionIndex = 0;  // 0: the whole print; n: section n
+    uint8_t printOption20 = 1;
+    uint16_t printOption21 = 200;
+    uint16_t printOption22 = 200;
+};
+
+/// Working memory that an object has from its opening on, which fails with 1000 when there is too little. Page
+/// data go out straight from the caller's bytes; so far only the start of a page touches any of it.
+struct WorkingBuffers {
+    static constexpr uint32_t imageSize = 0x20000;
+    static constexpr uint32_t pageSize = 12294;
+    static constexpr uint32_t workSize = 4096;
+    uint8_t* image = nullptr;
+    uint8_t* page = nullptr;
+    uint32_t pageFill = 0;
+    uint8_t* work = nullptr;
+};
+
+/// One printer as seen by one caller thread. Only api/ opens one and tears it down; the operations on it are
+/// free functions in the folder of their subject. Guarded by the ApiLock, except what is atomic and what says
+/// otherwise.
+struct PrinterObject {
+    bool opened = false;
+    UsbControlLibrary control;
+    WorkingBuffers buffers;
+    PipeWriter writer;
+    PipeReader reader;
+    std::atomic<uint8_t> deviceIndex{noDeviceIndex};
+    PrinterId selectedPrinterId = filledPrinterId(0xFF);
+    PrinterLabel selectedPrinterLabel{};
+    PageParameters page;
+    uint16_t scanLimit = deviceCount;  // device numbers that an enumeration probes
+    uint16_t openedCount = 0;          // devices that the last enumeration opened
+    platform::NamedMutex* pageMutex =
+        nullptr;        // what the last page start reserved; guarded by the device table
+    uint32_t uses = 0;  // holders of this object; guarded by the object table
+};
+
+}  // namespace device

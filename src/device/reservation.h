@@ -1,0 +1,39 @@
+/// Reserving the selected printer for the calling thread, among all threads and processes of the machine.
+#pragma once
+
+#include "device/device_table.h"
+
+namespace device {
+
+constexpr uint32_t reservationLimitMilliseconds = 500;
+
+/// A printer's named mutex, held by the calling thread until the end of this object's life. It has a use of
+/// the mutex of its own: what was obtained is what is released, though the printer be unplugged or another one
+/// selected in between.
+class Reservation {
+public:
+    Reservation() = default;
+    explicit Reservation(platform::NamedMutex* mutex) : mutex_(mutex) {}
+    ~Reservation();
+    Reservation(const Reservation&) = delete;
+    Reservation& operator=(const Reservation&) = delete;
+    explicit operator bool() const { return mutex_ != nullptr; }
+
+    /// Leaves the printer reserved until releasePage().
+    void keepForPage(PrinterObject& printer);
+
+private:
+    platform::NamedMutex* mutex_ = nullptr;
+};
+
+/// The first step of every operation that talks to the printer: waits at most 500 ms for it.
+/// @return an empty reservation on failure, with 2000 (no printer selected, or it is gone), 1500 (busy, or its
+///         last owner ended without releasing it) or 2504; otherwise the code is 0.
+Reservation acquireDevice(const PrinterObject& printer, uint16_t* resultCode);
+
+/// Gives a printer free once: the selected one, or else, when the calling thread doesn't hold that, the one
+/// that the object's last page start kept, which may have been unplugged since. Does nothing when the calling
+/// thread holds neither.
+void releasePage(PrinterObject& printer);
+
+}  // namespace device

@@ -1,0 +1,42 @@
+#include "platform/pipe.h"
+
+#include "system.h"
+
+namespace platform {
+
+namespace {
+
+HANDLE handleOf(PipeHandle pipe) {
+    return reinterpret_cast<HANDLE>(pipe);
+}
+
+}  // namespace
+
+// A broken pipe is an error code here and nothing else.
+BrokenPipeGuard::BrokenPipeGuard() = default;
+
+BrokenPipeGuard::~BrokenPipeGuard() = default;
+
+bool writePipe(PipeHandle pipe, const uint8_t* bytes, uint32_t length, uint32_t& written) {
+    written = 0;
+    if (pipe == noPipe) return false;  // the same number means the current process elsewhere
+    DWORD done = 0;
+    DWORD count = 1;
+    while (done < length && count > 0) {
+        if (!WriteFile(handleOf(pipe), bytes + done, length - done, &count, nullptr)) return false;
+        done += count;
+    }
+    written = done;
+    return true;
+}
+
+bool readPipe(PipeHandle pipe, uint8_t* bytes, uint32_t capacity, uint32_t& count) {
+    count = 0;
+    if (pipe == noPipe) return false;
+    DWORD received = 0;
+    if (!ReadFile(handleOf(pipe), bytes, capacity, &received, nullptr)) return false;
+    count = received;
+    return true;
+}
+
+}  // namespace platform

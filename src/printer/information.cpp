@@ -1,0 +1,169 @@
+#include "printer/information.h"
+
+#include <algorithm>
+
+#include "device/reservation.h"
+#include "printer/media.h"
+#include "printer/status.h"
+#include "protocol/requests.h"
+#include "protocol/response_parser.h"
+#include "protocol/responses.h"
+
+namespace printer {
+
+namespace {
+
+using protocol::Answer;
+using protocol::Payload;
+
+constexpr uint8_t firmwareComponents = 7;
+constexpr uint32_t firmwareEntryLength = ZPRUSB_FIRMWARE_ENTRY_SIZE;
+constexpr uint8_t deviceErrorStatus = 0x11;
+
+/// The record of tag 26: a piece of maintenance memory, then a piece of the maintenance data.
+constexpr uint8_t maintenanceAddress = 0x20;
+constexpr uint8_t maintenanceLength = 8;
+constexpr uint32_t maintenanceDataOffset = 6;
+constexpr uint32_t maintenanceDataLength = 10;
+
+/// Maintenance memory addresses of the counters, in the order of the record.
+constexpr uint8_t counterAddresses[] = {0x60, 0x64, 0xA4, 0x68, 0x6C, 0xF8, 0xFC};
+constexpr uint8_t counterLength = 4;
+
+/// Each of these assembles the record of one tag in a zeroed buffer; the first exchange that fails ends it.
+
+bool readMedia(PrinterObject& printer, uint8_t* record) {
+    const auto table = readMediaTable(printer, nullptr);
+    if (table) std::copy_n(table->bytes(), ZPRUSB_INFO_MEDIA_SIZE, record);
+    return table.has_value();
+}
+
+bool readFirmware(PrinterObject& printer, uint8_t* record) {
+    *record++ = firmwareComponents;
+    for (uint8_t component = 1; component <= firmwareComponents; ++component) {
+        Payload payload;
+        if (!protocol::sendGetFirmwareInfo(printer.writer, component, nullptr)) return false;
+        if (!protocol::receivePayload(printer.reader, payload, nullptr)) return false;
+        record = std::copy_n(payload.bytes.begin(), firmwareEntryLength, record);
+    }
+    return true;
+}
+
+bool readMaintenanceMemory(PrinterObject& printer, uint8_t address, uint8_t count, uint8_t* bytes) {
+    Payload payload;
+    if (!protocol::sendGetEepromMaintenance(printer.writer, address, count, nullptr)) return false;
+    if (!protocol::receivePayload(printer.reader, payload, nullptr)) return false;
+    std::copy_n(payload.bytes.begin(), count, bytes);
+    return true;
+}
+
+bool readCounters(PrinterObject& printer, uint8_t* record) {
+    for (const uint8_t address : counterAddresses) {
+        if (!readMaintenanceMemory(printer, address, counterLength, record)) return false;
+        record += counterLength;
+    }
+    return true;
+}
+
+bool readStatusAnswer(PrinterObject& printer, Answer& answer) {
+    return protocol::sendGetStatus(printer.writer, nullptr) &&
+           protocol::receiveWholeAnswer(printer.reader, answer, nullptr);
+}
+
+bool readDeviceError(PrinterObject& printer, uint8_t* record) {
+    Answer answer;
+    if (!readStatusAnswer(printer, answer)) return false;
+    if (answer.statusCode() != deviceErrorStatus) return true;
+    record[0] = answer.errorGroup();
+    record[1] = answer.errorDetail();
+    return true;
+}
+
+bool readStatusBytes(PrinterObject& printer, uint8_t* record) {
+    namespace offset = protocol::statusPayload;
+    Answer answer;
+    if (!readStatusAnswer(printer, answer)) return false;
+    const uint8_t* payload = answer.payload();
+    record = std::copy_n(payload + offset::jobNumber, 8, record);
+    *record++ = payload[offset::firstFlag];
+    record = std::copy_n(payload + offset::threeWords, 6, record);
+    *record = payload[offset::secondFlag];
+    return true;
+}
+
+bool readUniqueString(PrinterObject& printer, uint8_t* record) {
+    Payload payload;
+    if (!protocol::sendGetPrinterUniqueString(printer.writer, nullptr)) return false;
+    if (!protocol::receivePayload(printer.reader, payload, nullptr)) return false;
+    std::copy_n(payload.bytes.begin(), ZPRUSB_INFO_UNIQUE_STRING_SIZE, record);
+    return true;
+}
+
+bool readMaintenance(PrinterObject& printer, uint8_t* record) {
+    Payload payload;
+    if (!readMaintenanceMemory(printer, maintenanceAddress, maintenanceLength, record)) return false;
+    if (!protocol::sendGetMaintenanceData(printer.writer, 0, 0, nullptr)) return false;
+    if (!protocol::receivePayload(printer.reader, payload, nullptr)) return false;
+    std::copy_n(payload.bytes.begin() + maintenanceDataOffset, maintenanceDataLength,
+                record + maintenanceLength);
+    return true;
+}
+
+bool readErrorLog(PrinterObject& printer, uint8_t* record) {
+    Payload payload;
+    if (!protocol::sendGetErrorLog(printer.writer, nullptr)) return false;
+    if (!protocol::receivePayload(printer.reader, payload, nullptr)) return false;
+    std::copy_n(payload.bytes.begin(), ZPRUSB_INFO_ERROR_LOG_SIZE, record);
+    return true;
+}
+
+struct Recipe {
+    uint16_t tag;
+    uint32_t size;
+    bool (*read)(PrinterObject& printer, uint8_t* record);
+    bool keepsLengthOnFailure;
+};
+
+constexpr Recipe recipes[] = {
+    {ZPRUSB_INFO_MEDIA, ZPRUSB_INFO_MEDIA_SIZE, readMedia, false},
+    {ZPRUSB_INFO_FIRMWARE, ZPRUSB_INFO_FIRMWARE_SIZE, readFirmware, false},
+    {ZPRUSB_INFO_COUNTERS, ZPRUSB_INFO_COUNTERS_SIZE, readCounters, true},
+    {ZPRUSB_INFO_DEVICE_ERROR, ZPRUSB_INFO_DEVICE_ERROR_SIZE, readDeviceError, false},
+    {ZPRUSB_INFO_STATUS_BYTES, ZPRUSB_INFO_STATUS_BYTES_SIZE, readStatusBytes, false},
+    {ZPRUSB_INFO_UNIQUE_STRING, ZPRUSB_INFO_UNIQUE_STRING_SIZE, readUniqueString, false},
+    {ZPRUSB_INFO_MAINTENANCE, ZPRUSB_INFO_MAINTENANCE_SIZE, readMaintenance, true},
+    {ZPRUSB_INFO_ERROR_LOG, ZPRUSB_INFO_ERROR_LOG_SIZE, readErrorLog, false},
+};
+constexpr uint32_t largestRecord = ZPRUSB_INFO_FIRMWARE_SIZE;
+
+bool fail(uint32_t* length) {
+    *length = 0;
+    return false;
+}
+
+bool handOutRecord(PrinterObject& printer, const Recipe& recipe, uint8_t* buffer, uint32_t* length) {
+    std::array<uint8_t, largestRecord> record{};
+    if (!recipe.read(printer, record.data())) return recipe.keepsLengthOnFailure ? false : fail(length);
+    *length = std::min(*length, recipe.size);
+    std::copy_n(record.begin(), *length, buffer);
+    return true;
+}
+
+}  // namespace
+
+bool getPrinterInfo(PrinterObject& printer, uint16_t tag, uint8_t* buffer, uint32_t* length) {
+    if (length == nullptr) return false;
+    const device::Reservation reservation = device::acquireDevice(printer, nullptr);
+    if (!reservation) return false;
+    uint16_t status = ZPRUSB_SUCCESS;
+    queryStatus(printer, &status);
+    if (protocol::isUnreachable(status)) return fail(length);
+    const auto* recipe = std::find_if(std::begin(recipes), std::end(recipes),
+                                      [&](const Recipe& candidate) { return candidate.tag == tag; });
+    if (recipe == std::end(recipes)) return fail(length);
+    if (buffer != nullptr) return handOutRecord(printer, *recipe, buffer, length);
+    *length = recipe->size;
+    return true;
+}
+
+}  // namespace printer

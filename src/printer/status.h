@@ -1,0 +1,23 @@
+#pragma once
+
+#include "device/printer_object.h"
+
+namespace printer {
+
+using device::PrinterObject;
+
+/// Asks the selected printer for its status and condenses the answer into one code; reserves the printer for
+/// that time.
+/// @return whether it is ready, with 0.
+bool queryStatus(PrinterObject& printer, uint16_t* resultCode);
+
+/// Asks several printers. The object selects each in turn, and its own one again at the end if it had one.
+/// @param printerList ended by 0xFF or after 128 numbers.
+/// @param results one code for each number; 2000 for a printer that is not present.
+/// @return whether at least one is ready.
+bool queryStatusOfAll(PrinterObject& printer, const uint8_t* printerList, uint16_t* results);
+
+/// How many numbers a printer list holds before its end.
+uint32_t lengthOfPrinterList(const uint8_t* printerList);
+
+}  // namespace printer

@@ -1,0 +1,51 @@
+/// Calls of the library's entry points, as short as a test wants them.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <zprusb.h>
+
+#include <thread>
+#include <vector>
+
+/// The result code of an entry point, whose return value has to fit it.
+uint16_t codeOf(auto entry, auto... arguments) {
+    uint16_t code = 0xABCD;
+    const uint32_t success = entry(arguments..., &code);
+    EXPECT_EQ(success, code == ZPRUSB_SUCCESS ? 1u : 0u) << code;
+    return code;
+}
+
+/// The same on a thread of its own.
+uint16_t codeElsewhere(auto entry, auto... arguments) {
+    uint16_t code = 0;
+    std::jthread([&] { code = codeOf(entry, arguments...); }).join();
+    return code;
+}
+
+/// The status of printer 0 after one attempt.
+inline uint16_t statusAtOnce() {
+    const uint8_t list[] = {0, ZPRUSB_LIST_END};
+    uint16_t code = 0xABCD;
+    zprusb_statusAll(list, &code);
+    return code;
+}
+
+/// How many threads are bound and how many objects there are.
+inline std::pair<int, int> objectCounts() {
+    uint16_t bound = 0xABCD, objects = 0xABCD;
+    EXPECT_EQ(zprusb_attachObjectCount(&bound, &objects), 1u);
+    return {bound, objects};
+}
+
+inline std::vector<uint8_t> listPrinters() {
+    std::vector<uint8_t> list(128);
+    const uint32_t found = zprusb_listupPrinter(list.data());
+    for (size_t i = found; i < list.size(); ++i) EXPECT_EQ(list[i], ZPRUSB_LIST_END);
+    list.resize(found);
+    return list;
+}
+
+/// The selected printer's number, or 255.
+inline uint32_t selectedPrinter() {
+    return zprusb_selectPrinter(255, nullptr);
+}

@@ -1,0 +1,109 @@
+#include <chrono>
+
+#include "calls.h"
+#include "open_printer.h"
+#include "platform/thread.h"
+
+namespace {
+
+struct PluggedPrinters : OpenPrinter {
+    PluggedPrinters() : OpenPrinter(2) {}
+
+    /// Unplugs a printer and waits until the library has closed it.
+    void unplug(size_t number) {
+        bus[number].unplug();
+        reportDeviceChange();
+        EXPECT_TRUE(isCalled("Close " + std::to_string(number)));
+    }
+
+    /// Whether the library makes a call, as many times as given, within the time that a test waits.
+    bool isCalled(const std::string& call, size_t times = 1) {
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+        while (bus.countCalls(call) < times && std::chrono::steady_clock::now() < end)
+            platform::sleepMilliseconds(1);
+        return bus.countCalls(call) == times;
+    }
+
+    void expectPipesClosed(size_t number, size_t times) {
+        EXPECT_EQ(bus.countCalls("ClosePipe write " + std::to_string(number)), times);
+        EXPECT_EQ(bus.countCalls("ClosePipe read " + std::to_string(number)), times);
+        EXPECT_EQ(bus.countCalls("ClosePipe unknown"), 0u);
+    }
+};
+
+}  // namespace
+
+TEST_F(PluggedPrinters, areDeselectedAndClosedWhenTheyAreUnplugged) {
+    unplug(0);
+    EXPECT_EQ(selectedPrinter(), 255u);
+    EXPECT_EQ(codeOf(zprusb_status), ZPRUSB_NO_PRINTER);
+    EXPECT_EQ(codeOf(zprusb_startpage, nullptr), ZPRUSB_NO_PRINTER);
+    const uint8_t data = 1;
+    const uint32_t length = 1;
+    EXPECT_EQ(codeOf(zprusb_write, &data, &length), ZPRUSB_COMMUNICATION);
+    expectPipesClosed(0, 1);
+    EXPECT_EQ(listPrinters(), Bytes{1});
+    EXPECT_EQ(zprusb_selectPrinter(1, nullptr), 1u);
+    EXPECT_EQ(codeOf(zprusb_status), ZPRUSB_SUCCESS);
+}
+
+TEST_F(PluggedPrinters, comeBackWhenTheyArePluggedInAndListed) {
+    for (size_t round = 1; round <= 3; ++round) {
+        bus[0].unplug();
+        reportDeviceChange();
+        EXPECT_TRUE(isCalled("Close 0", round));
+        bus[0].plugIn();
+        EXPECT_EQ(codeOf(zprusb_status), ZPRUSB_NO_PRINTER);
+        EXPECT_EQ(listPrinters(), (Bytes{0, 1}));
+        EXPECT_EQ(zprusb_selectPrinter(0, nullptr), 0u);
+        EXPECT_EQ(codeOf(zprusb_status), ZPRUSB_SUCCESS);
+        expectPipesClosed(0, round);
+    }
+}
+
+TEST_F(PluggedPrinters, thatNoObjectUsesLoseTheirPipesWhenTheyComeBack) {
+    unplug(1);
+    expectPipesClosed(1, 0);
+    EXPECT_EQ(codeOf(zprusb_status), ZPRUSB_SUCCESS);
+    bus[1].plugIn();
+    EXPECT_EQ(listPrinters(), (Bytes{0, 1}));
+    expectPipesClosed(1, 1);
+}
+
+TEST_F(PluggedPrinters, haveTheirPipesClosedOnceThoughTwoObjectsUseThem) {
+    EXPECT_EQ(zprusb_MakeObject(2), 1u);
+    EXPECT_EQ(selectedPrinter(), 0u);
+    std::jthread([&] {
+        EXPECT_EQ(codeOf(zprusb_open), ZPRUSB_SUCCESS);
+        EXPECT_EQ(selectedPrinter(), 0u);
+        unplug(0);
+        EXPECT_EQ(selectedPrinter(), 255u);
+        EXPECT_EQ(codeOf(zprusb_status), ZPRUSB_NO_PRINTER);
+        zprusb_close();
+    }).join();
+    EXPECT_EQ(selectedPrinter(), 255u);
+    zprusb_close();
+    expectPipesClosed(0, 1);
+    expectPipesClosed(1, 1);
+}
+
+TEST_F(PluggedPrinters, areNotLookedAtOnOtherDeviceMessages) {
+    bus[0].present = false;
+    if (!reportOtherDeviceEvent()) GTEST_SKIP() << "The system has no other messages.";
+    EXPECT_EQ(bus.countCalls("Close"), 0u);
+    EXPECT_EQ(selectedPrinter(), 0u);
+    reportDeviceChange();
+    EXPECT_TRUE(isCalled("Close 0"));
+}
+
+TEST_F(PluggedPrinters, areNotKeptBusyByAPageThatWasOpenWhenTheyWereUnplugged) {
+    EXPECT_EQ(codeOf(zprusb_startpage, nullptr), ZPRUSB_SUCCESS);
+    unplug(0);
+    bus[0].plugIn();
+    std::jthread other([] { EXPECT_EQ(listPrinters(), (Bytes{0, 1})); });
+    EXPECT_TRUE(isCalled("Open 0", 2));
+    EXPECT_EQ(codeOf(zprusb_endpage), ZPRUSB_SUCCESS);
+    other.join();
+    EXPECT_EQ(zprusb_selectPrinter(0, nullptr), 0u);
+    EXPECT_EQ(codeElsewhere(zprusb_status), ZPRUSB_SUCCESS);
+}

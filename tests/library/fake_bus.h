@@ -1,0 +1,134 @@
+/// Scripted printers behind the fake control library.
+#pragma once
+
+#include <atomic>
+#include <condition_variable>
+#include <deque>
+#include <functional>
+#include <list>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <thread>
+
+#include "fake_pipe.h"
+#include "platform/thread.h"
+
+/// A command's two identifier bytes.
+using CommandId = std::pair<uint8_t, uint8_t>;
+constexpr CommandId getStatus{0x01, 0x00}, getMediaInfo{0x02, 0x00}, getErrorLog{0x04, 0x00},
+    getFirmwareInfo{0x03, 0xC0}, getEeprom{0x05, 0xC0}, getMaintenanceData{0x09, 0xC0},
+    getUniqueString{0x03, 0x80}, print{0x01, 0x40}, printLong{0x02, 0x40};
+
+/// Bytes that count up from `start`.
+Bytes countingBytes(size_t count, uint8_t start);
+
+Bytes normalAnswer(const Bytes& payload, uint8_t statusCode = 0);
+Bytes errorAnswer(uint8_t errorCode, uint8_t group = 0, uint8_t detail = 0);
+
+/// 48 bytes of status with the given job number and flags.
+Bytes statusPayload(uint8_t jobNumber = 7, uint8_t firstFlag = 0, uint8_t secondFlag = 0);
+
+struct Media {
+    uint8_t code = 0;
+    uint32_t width = 0, length = 0, longestLength = 0, sectionWidth = 0;
+    uint16_t sectionLengths[5] = {};
+};
+Bytes mediaPayload(const std::vector<Media>& table);
+
+/// What the printer does with one request: answer with bytes, or nothing at all.
+using Answerer = std::function<std::optional<Bytes>(const Bytes& request)>;
+
+class FakeDevice {
+public:
+    explicit FakeDevice(std::string devicePath) : path(std::move(devicePath)) {}
+    ~FakeDevice();
+
+    /// Answers a command from now on.
+    void answer(CommandId command, Answerer answerer);
+    void answer(CommandId command, const Bytes& bytes);
+    /// Answers a command once, before what else is set for it; nothing means never.
+    void answerOnce(CommandId command, std::optional<Bytes> bytes);
+    void sayNothingTo(CommandId command);
+
+    /// Every piece that the library wrote, in order; waits until `count` have arrived.
+    std::vector<Bytes> pieces(size_t count);
+    /// The pieces that came so far. What was answered has come.
+    std::vector<Bytes> pieces();
+    void forgetPieces();
+    size_t countRequests(CommandId command);
+
+    /// Ends the pipes: the library's reads and writes fail from now on.
+    void unplug();
+    void plugIn() { present = true; }
+
+    std::string path;
+    std::optional<uint64_t> handle;  // instead of the device number
+    std::atomic<bool> present = true;
+    bool failPipes = false;
+
+private:
+    friend class FakeBus;
+
+    /// The two pipes of one opening, by pipe number: 0 takes requests, 1 gives answers. It lasts until the
+    /// library has closed both, though the device be closed and opened again before.
+    struct Connection {
+        uint64_t libraryEnds[2];
+        uint64_t testEnds[2];
+        std::thread thread;
+    };
+    void open();
+    bool closePipe(uint64_t end, int& pipeNumber);
+    /// To be called when the library has closed its ends.
+    void endConnection(Connection& connection);
+    void run(uint64_t requests, uint64_t answers);
+    std::optional<Bytes> answerTo(const Bytes& piece);
+
+    bool open_ = false;
+    std::list<Connection> connections_;
+    std::mutex mutex_;  // guards what follows
+    std::condition_variable arrived_;
+    std::vector<Bytes> pieces_;
+    std::map<CommandId, Answerer> answerers_;
+    std::map<CommandId, std::deque<std::optional<Bytes>>> once_;
+};
+
+/// The devices of the process; installs itself as the control library. One exists at a time.
+class FakeBus {
+public:
+    /// So many ready printers, and nothing else.
+    explicit FakeBus(size_t printers = 1);
+    ~FakeBus();
+
+    FakeDevice& operator[](size_t deviceNumber) { return *devices_[deviceNumber]; }
+    FakeDevice& add(const std::string& path);
+
+    /// The calls of the control library that change something, such as "Open 0" or "ClosePipe write 0".
+    std::vector<std::string> calls();
+    size_t countCalls(const std::string& start);
+
+    static std::string printerPath(size_t number);
+
+    /// What all paths start with. It differs from run to run: printers of the same path are reserved by the
+    /// same mutex, whatever process they are in.
+    static inline std::string pathStart =
+        "\\\\?\\usb#vid_5a2c&pid_0012#test" + std::to_string(platform::currentThreadId());
+
+private:
+    static uint64_t open(uint32_t deviceNumber);
+    static void close(uint64_t handle);
+    static uint32_t getDeviceName(uint64_t handle, char* name);
+    static uint64_t getPipeHandle(uint64_t handle, uint8_t pipeNumber);
+    static void closePipe(uint64_t pipe);
+    static uint64_t checkDeviceName(uint32_t deviceNumber);
+    static uint32_t checkDevice(uint64_t handle);
+    FakeDevice* find(uint64_t handle);
+    uint64_t handleOf(size_t deviceNumber) const;
+    void log(const std::string& call);
+
+    std::vector<std::unique_ptr<FakeDevice>> devices_;
+    std::mutex mutex_;  // guards calls_
+    std::vector<std::string> calls_;
+};

@@ -1,0 +1,44 @@
+/// Pipes between the library and the test: one end is the handle that the library is given.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+using Bytes = std::vector<uint8_t>;
+
+struct FakePipe {
+    uint64_t libraryEnd;
+    uint64_t testEnd;
+};
+
+/// For what the library writes. Each of its writes arrives as one piece.
+FakePipe makeRequestPipe();
+
+/// For what the library reads.
+FakePipe makeAnswerPipe();
+
+/// A handle that reads successfully, and nothing.
+uint64_t openNothing();
+
+/// Waits for the next piece; nothing at the end of the pipe.
+std::optional<Bytes> receivePiece(uint64_t testEnd);
+
+/// Returns whether all was taken.
+bool sendBytes(uint64_t testEnd, const Bytes& bytes);
+
+/// Makes both ends' reads and writes fail, the ones that are blocked too.
+void hangUp(uint64_t testEnd);
+
+/// No thread may be using the end.
+void closeEnd(uint64_t end);
+
+/// How many descriptors or handles the process has open.
+uint32_t openHandleCount();
+
+/// Tells the library, once it listens, that the device nodes changed, in the way in which the system does it.
+void reportDeviceChange();
+
+/// Another device-change message, which is none of the library's business; returns when the library has dealt
+/// with it. False where the system has no such thing.
+bool reportOtherDeviceEvent();

@@ -1,0 +1,175 @@
+#include <atomic>
+#include <future>
+#include <latch>
+
+#include "api/internal.h"
+#include "calls.h"
+#include "open_printer.h"
+
+namespace {
+
+struct Entry {
+    const char* name;
+    uint32_t (*call)(uint16_t* code);
+};
+
+const uint8_t byte = 1;
+const uint32_t one = 1;
+
+/// Every entry point that acts on the calling thread's object and gives a result code.
+const Entry entries[] = {
+    {"setPrinterInfo", [](uint16_t* code) { return zprusb_setPrinterInfo(20, &byte, &one, code); }},
+    {"status", zprusb_status},
+    {"checkMediaInfo", [](uint16_t* code) { return zprusb_checkMediaInfo(0xF1, 1, 1, code); }},
+    {"resetCounter", [](uint16_t* code) { return zprusb_resetCounter(1, code); }},
+    {"copies", [](uint16_t* code) { return zprusb_copies(1, code); }},
+    {"startpage", [](uint16_t* code) { return zprusb_startpage(nullptr, code); }},
+    {"startpagelong", [](uint16_t* code) { return zprusb_startpagelong(nullptr, 0, code); }},
+    {"write", [](uint16_t* code) { return zprusb_write(&byte, &one, code); }},
+    {"endpage", zprusb_endpage},
+    {"blinkLED", zprusb_blinkLED},
+    {"resetPrinter", zprusb_resetPrinter},
+};
+
+struct OpenPrinters : OpenPrinter {
+    OpenPrinters() : OpenPrinter(3) {}
+};
+
+}  // namespace
+
+TEST(EntryPoints, giveNoObjectBeforeOpening) {
+    FakeBus bus;
+    for (const Entry& entry : entries) {
+        EXPECT_EQ(codeOf(entry.call), ZPRUSB_NO_OBJECT) << entry.name;
+        EXPECT_EQ(entry.call(nullptr), 0u) << entry.name;
+    }
+    uint8_t buffer[16] = {0x5A};
+    uint32_t length = 16;
+    EXPECT_EQ(zprusb_getPrinterInfo(ZPRUSB_INFO_STATUS_BYTES, buffer, &length), 0u);
+    EXPECT_EQ(buffer[0], 0x5A);
+    EXPECT_EQ(length, 16u);
+    EXPECT_EQ(objectCounts(), std::pair(0, 1));
+    EXPECT_TRUE(bus.calls().empty());
+}
+
+TEST(EntryPoints, giveNoObjectForEachPrinterOfAListUpToItsEnd) {
+    FakeBus bus;
+    for (const size_t listed : {0, 3, 128, 200}) {
+        Bytes list(200, 7);
+        if (listed < 200) list[listed] = ZPRUSB_LIST_END;
+        std::vector<uint16_t> codes(200, 0xABCD);
+        EXPECT_EQ(zprusb_statusAll(list.data(), codes.data()), 0u);
+        const auto written = std::count(codes.begin(), codes.end(), ZPRUSB_NO_OBJECT);
+        EXPECT_EQ(static_cast<size_t>(written), std::min<size_t>(listed, 128));
+        EXPECT_EQ(std::count(codes.begin() + written, codes.end(), 0xABCD), 200 - written);
+    }
+}
+
+TEST(EntryPoints, selectAndListNothingBeforeOpening) {
+    FakeBus bus;
+    uint16_t numberCode = 0, labelCode = 0, idCode = 0;
+    EXPECT_EQ(zprusb_selectPrinter(0, &numberCode), 255u);
+    EXPECT_EQ(zprusb_selectPrinterLbl(nullptr, &labelCode), nullptr);
+    EXPECT_EQ(zprusb_selectPrinterId(0, &idCode), nullptr);
+    for (const uint16_t code : {numberCode, labelCode, idCode}) EXPECT_EQ(code, ZPRUSB_NO_OBJECT);
+    EXPECT_EQ(listPrinters(), Bytes{});
+    std::vector<char> labels(2944, 'x');
+    EXPECT_EQ(zprusb_listupPrinterLbl(labels.data()), 0u);
+    EXPECT_EQ(labels, std::vector<char>(2944, 0));
+    Bytes ids(1024, 0x5A);
+    EXPECT_EQ(zprusb_listupPrinterId(ids.data()), 0u);
+    EXPECT_EQ(ids, Bytes(1024, 0xFF));
+    EXPECT_EQ(objectCounts(), std::pair(1, 1));  // a selection binds its thread
+    zprusb_close();
+    EXPECT_EQ(objectCounts(), std::pair(0, 1));
+}
+
+TEST(Threads, areBoundToAsManyObjectsAsThereAreAndNoFurtherOne) {
+    FakeBus bus(3);
+    ASSERT_EQ(zprusb_MakeObject(100), 1u);
+    std::latch selected{100}, checked{100}, leave{1};
+    std::vector<std::jthread> threads;
+    for (uint8_t thread = 0; thread < 100; ++thread) {
+        threads.emplace_back([&, number = static_cast<uint8_t>(thread % 3)] {
+            EXPECT_EQ(codeOf(zprusb_open), ZPRUSB_SUCCESS);
+            EXPECT_EQ(zprusb_selectPrinter(number, nullptr), number);
+            selected.arrive_and_wait();
+            EXPECT_EQ(selectedPrinter(), number);
+            EXPECT_EQ(codeOf(zprusb_status), ZPRUSB_SUCCESS);
+            checked.count_down();
+            leave.wait();
+            zprusb_close();
+        });
+    }
+    checked.wait();
+    EXPECT_EQ(objectCounts(), std::pair(100, 100));
+    EXPECT_EQ(codeOf(zprusb_open), ZPRUSB_NO_OBJECT);
+    for (const Entry& entry : entries) EXPECT_EQ(codeOf(entry.call), ZPRUSB_NO_OBJECT) << entry.name;
+    leave.count_down();
+    threads.clear();
+    EXPECT_EQ(objectCounts(), std::pair(0, 1));
+}
+
+TEST_F(OpenPrinters, shareTheOnlyObjectAmongAllThreads) {
+    EXPECT_EQ(codeElsewhere(zprusb_status), ZPRUSB_SUCCESS);
+    std::jthread([] {
+        EXPECT_EQ(zprusb_selectPrinter(2, nullptr), 2u);
+        EXPECT_EQ(codeOf(zprusb_open), ZPRUSB_SUCCESS);
+        zprusb_close();
+    }).join();
+    EXPECT_EQ(objectCounts(), std::pair(1, 1));
+    EXPECT_EQ(selectedPrinter(), 2u);
+    EXPECT_EQ(codeOf(zprusb_status), ZPRUSB_SUCCESS);
+}
+
+TEST_F(OpenPrinters, areAskedFourTimesWhileTheyRefuse) {
+    bus[0].answer(getStatus, errorAnswer(0x31));
+    bus[0].answer(getMediaInfo, errorAnswer(0x31));
+    EXPECT_EQ(codeOf(zprusb_status), ZPRUSB_CONDITION_2101);
+    EXPECT_EQ(bus[0].countRequests(getStatus), 4u);
+    EXPECT_EQ(codeOf(zprusb_checkMediaInfo, uint8_t{0xF1}, 15240u, 10160u), ZPRUSB_CONDITION_2101);
+    EXPECT_EQ(bus[0].countRequests(getMediaInfo), 4u);
+    EXPECT_EQ(statusAtOnce(), ZPRUSB_CONDITION_2101);
+    EXPECT_EQ(bus[0].countRequests(getStatus), 5u);
+    bus[0].answer(getStatus, normalAnswer(statusPayload()));
+    for (int refusal = 0; refusal < 3; ++refusal) bus[0].answerOnce(getStatus, errorAnswer(0x31));
+    EXPECT_EQ(codeOf(zprusb_status), ZPRUSB_SUCCESS);
+    EXPECT_EQ(bus[0].countRequests(getStatus), 9u);
+}
+
+TEST_F(OpenPrinters, haveCopiesSetAndPagesEndedWhileAnotherThreadWaitsForAnAnswer) {
+    std::latch asked{1}, answer{1};
+    bus[0].answer(getStatus, [&](const Bytes&) {
+        asked.count_down();
+        answer.wait();
+        return normalAnswer(statusPayload());
+    });
+    auto status = std::async(std::launch::async, [] { return codeOf(zprusb_status); });
+    asked.wait();
+    EXPECT_EQ(codeOf(zprusb_copies, uint16_t{5}), ZPRUSB_SUCCESS);
+    EXPECT_EQ(codeOf(zprusb_endpage), ZPRUSB_SUCCESS);
+    EXPECT_EQ(status.wait_for(std::chrono::seconds(0)), std::future_status::timeout);
+    answer.count_down();
+    EXPECT_EQ(status.get(), ZPRUSB_SUCCESS);
+}
+
+TEST(Threads, mayEndPagesOnObjectsThatAreBeingReleased) {
+    FakeBus bus;
+    std::atomic<bool> stop = false;
+    std::atomic<unsigned> served = 0;
+    const auto call = [&] {
+        while (!stop) {
+            for (const uint16_t code : {codeOf(zprusb_copies, uint16_t{2}), codeOf(zprusb_endpage)}) {
+                EXPECT_TRUE(code == ZPRUSB_SUCCESS || code == ZPRUSB_NO_OBJECT) << code;
+                served += code == ZPRUSB_SUCCESS;
+            }
+        }
+    };
+    std::jthread first(call), second(call);
+    for (int round = 0; round < 10; ++round) {
+        EXPECT_EQ(zprusb_MakeObject(1), 1u);
+        EXPECT_EQ(codeOf(zprusb_ReleaseObject), ZPRUSB_SUCCESS);
+    }
+    stop = true;
+    EXPECT_GT(served, 0u);
+}

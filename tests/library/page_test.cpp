@@ -1,0 +1,197 @@
+#include <atomic>
+#include <chrono>
+
+#include "calls.h"
+#include "open_printer.h"
+
+namespace {
+
+const Bytes statusRequest{0x01, 0x00, 0, 0};
+
+/// On a printer whose media size has been chosen.
+struct Pages : OpenPrinter {
+    Pages() : OpenPrinter(3) { chooseMedia(0); }
+
+    void chooseMedia(uint8_t printer) {
+        const Media media{0xF1, 15240, 10160, 0, 0x00012345, {0x1111, 0x2222, 0x3333, 0x4444, 0x5555}};
+        bus[printer].answer(getMediaInfo, normalAnswer(mediaPayload({media})));
+        EXPECT_EQ(zprusb_selectPrinter(printer, nullptr), printer);
+        EXPECT_EQ(codeOf(zprusb_checkMediaInfo, uint8_t{0xF1}, 15240u, 10160u), ZPRUSB_SUCCESS);
+        bus[printer].forgetPieces();
+    }
+
+    uint16_t write(size_t length) {
+        const Bytes data(length, 0x5A);
+        const auto count = static_cast<uint32_t>(length);
+        return codeOf(zprusb_write, data.data(), &count);
+    }
+
+    bool isFree() { return codeElsewhere(zprusb_status) != ZPRUSB_PRINTER_BUSY; }
+};
+
+/// The request of a page of 152.40 by 101.60 mm with the settings after opening.
+Bytes printRequest(uint8_t job, uint16_t copies) {
+    const auto low = static_cast<uint8_t>(copies), high = static_cast<uint8_t>(copies >> 8);
+    return {0x01, 0x40, 14, 0, job, low, high, 0x88, 0x3B, 0xB0, 0x27, 0xF1, 1, 0, 200, 0, 200, 0};
+}
+
+}  // namespace
+
+TEST_F(Pages, startWithFourLooksAtTheStatusAndThePageCommand) {
+    uint16_t pageId = 0;
+    EXPECT_EQ(codeOf(zprusb_startpage, &pageId), ZPRUSB_SUCCESS);
+    EXPECT_EQ(pageId, 8);
+    EXPECT_EQ(write(3), ZPRUSB_SUCCESS);
+    EXPECT_EQ(codeOf(zprusb_endpage), ZPRUSB_SUCCESS);
+    EXPECT_EQ(bus[0].pieces(6), (std::vector<Bytes>{statusRequest, statusRequest, statusRequest, statusRequest,
+                                                    printRequest(8, 1), Bytes(3, 0x5A)}));
+}
+
+TEST_F(Pages, ofGreatLengthNameTheirSectionAndItsSize) {
+    const Bytes whole{0x88, 0x3B, 0, 0, 0xB0, 0x27, 0, 0};
+    for (uint8_t section = 0; section <= 5; ++section) {
+        const auto length = static_cast<uint8_t>(0x11 * section);
+        const Bytes size = section == 0 ? whole : Bytes{0x45, 0x23, 0x01, 0, length, length, 0, 0};
+        Bytes request{0x02, 0x40, 19, 0, 8, 1, 0, section};
+        request.insert(request.end(), size.begin(), size.end());
+        request.insert(request.end(), {0xF1, 1, 0, 200, 0, 200, 0});
+        uint16_t pageId = 0;
+        EXPECT_EQ(codeOf(zprusb_startpagelong, &pageId, section), ZPRUSB_SUCCESS);
+        EXPECT_EQ(pageId, 8);
+        EXPECT_EQ(bus[0].pieces().back(), request);
+        EXPECT_EQ(isFree(), section != 0);
+        EXPECT_EQ(codeOf(zprusb_endpage), ZPRUSB_SUCCESS);
+    }
+    bus[0].forgetPieces();
+    for (const uint8_t section : Bytes{6, 255}) {
+        uint16_t pageId = 99;
+        EXPECT_EQ(codeOf(zprusb_startpagelong, &pageId, section), ZPRUSB_BAD_ARGUMENT);
+        EXPECT_EQ(pageId, 0);
+    }
+    EXPECT_TRUE(bus[0].pieces().empty());
+}
+
+TEST_F(Pages, getTheJobNumberAfterThePrintersLastOne) {
+    const uint8_t numbers[][3] = {{0, 7, 8}, {0, 0, 1}, {0, 254, 255}, {0, 255, 1}, {2, 7, 8}, {2, 255, 1}};
+    for (const auto& [printer, last, next] : numbers) {
+        chooseMedia(printer);
+        bus[printer].answer(getStatus, normalAnswer(statusPayload(last)));
+        uint16_t pageId = 0;
+        EXPECT_EQ(codeOf(zprusb_startpage, &pageId), ZPRUSB_SUCCESS);
+        EXPECT_EQ(pageId, printer * 256 + next);
+        EXPECT_EQ(codeOf(zprusb_endpage), ZPRUSB_SUCCESS);
+        EXPECT_EQ(bus[printer].pieces().back(), printRequest(next, 1));
+    }
+}
+
+TEST_F(Pages, haveOneTo999CopiesUntilTheyEnd) {
+    const uint16_t copies[][2] = {{999, 0}, {0, 1006}, {1000, 1006}, {65535, 1006}};
+    for (const auto& [count, code] : copies) EXPECT_EQ(codeOf(zprusb_copies, count), code) << count;
+    EXPECT_TRUE(bus[0].pieces().empty());
+    for (const uint16_t count : std::initializer_list<uint16_t>{999, 1}) {
+        EXPECT_EQ(codeOf(zprusb_startpage, nullptr), ZPRUSB_SUCCESS);
+        EXPECT_EQ(codeOf(zprusb_endpage), ZPRUSB_SUCCESS);
+        EXPECT_EQ(bus[0].pieces().back(), printRequest(8, count));
+    }
+}
+
+TEST_F(Pages, doNotStartWhileTheStatusAsksToWait) {
+    bus[0].answer(getStatus, normalAnswer(statusPayload(7, 1)));
+    for (const auto start :
+         {zprusb_startpage, +[](uint16_t*id, uint16_t*code) { return zprusb_startpagelong(id, 0, code); }}) {
+        bus[0].forgetPieces();
+        EXPECT_EQ(codeOf(start, nullptr), ZPRUSB_CONDITION_2100);
+        EXPECT_EQ(bus[0].pieces(), std::vector<Bytes>(4 * 4, statusRequest));
+        EXPECT_TRUE(isFree());
+    }
+}
+
+TEST_F(Pages, leaveThePrinterFreeWhicheverStepOfTheirStartFails) {
+    // A failure of the second request does not stop a start by itself.
+    const std::pair<size_t, uint16_t> steps[] = {{1, 2101}, {3, 2600}, {4, 2101}, {5, 2101}};
+    for (const auto& [step, code] : steps) {
+        std::atomic<size_t> requests = 0;
+        const auto failing = [&, failingStep = step](const Bytes& good) {
+            return [&, good, failingStep](const Bytes&) {
+                return ++requests % failingStep == 0 ? errorAnswer(0x31) : good;
+            };
+        };
+        bus[0].answer(getStatus, failing(normalAnswer(statusPayload())));
+        bus[0].answer(print, failing(normalAnswer({})));
+        EXPECT_EQ(codeOf(zprusb_startpage, nullptr), code) << step;
+        EXPECT_EQ(requests, 4 * step);
+        bus[0].answer(getStatus, normalAnswer(statusPayload()));
+        EXPECT_EQ(codeElsewhere(zprusb_status), ZPRUSB_SUCCESS) << step;
+    }
+}
+
+TEST_F(Pages, areWrittenInPiecesOfAtMost4096Bytes) {
+    const std::pair<size_t, std::vector<size_t>> writes[] = {
+        {1, {1}}, {4096, {4096}}, {4097, {4096, 1}}, {10000, {4096, 4096, 1808}}};
+    for (const auto& [length, sizes] : writes) {
+        bus[0].forgetPieces();
+        EXPECT_EQ(write(length), ZPRUSB_SUCCESS);
+        std::vector<size_t> arrived;
+        for (const Bytes& piece : bus[0].pieces(sizes.size())) arrived.push_back(piece.size());
+        EXPECT_EQ(arrived, sizes);
+    }
+    bus[0].forgetPieces();
+    const uint32_t none = 0, some = 5;
+    uint16_t code = 0xABCD;
+    EXPECT_EQ(zprusb_write(statusRequest.data(), &none, &code), 0u);
+    EXPECT_EQ(code, 0xABCD);
+    EXPECT_EQ(codeOf(zprusb_write, nullptr, &some), ZPRUSB_BAD_ARGUMENT);
+    EXPECT_EQ(codeOf(zprusb_write, statusRequest.data(), nullptr), ZPRUSB_BAD_ARGUMENT);
+    EXPECT_EQ(codeOf(zprusb_status), ZPRUSB_SUCCESS);
+    EXPECT_EQ(bus[0].pieces(), std::vector<Bytes>{statusRequest});
+}
+
+TEST_F(Pages, onTwoPrintersEndWithThePrinterThatIsSelected) {
+    for (const uint8_t printer : Bytes{0, 1}) {
+        chooseMedia(printer);
+        EXPECT_EQ(codeOf(zprusb_startpage, nullptr), ZPRUSB_SUCCESS);
+    }
+    for (const uint8_t printer : Bytes{0, 1}) {
+        EXPECT_EQ(zprusb_selectPrinter(printer, nullptr), printer);
+        EXPECT_FALSE(isFree());
+        EXPECT_EQ(codeOf(zprusb_endpage), ZPRUSB_SUCCESS);
+        EXPECT_TRUE(isFree());
+    }
+}
+
+TEST_F(Pages, endWithACommunicationFailureWhenThePrinterVanishes) {
+    EXPECT_EQ(codeOf(zprusb_startpage, nullptr), ZPRUSB_SUCCESS);
+    std::jthread unplugging([&] {
+        bus[0].pieces(20);
+        bus[0].unplug();
+    });
+    const Bytes data(100'000);
+    const uint32_t length = 100'000;
+    uint16_t code = 0;
+    while (zprusb_write(data.data(), &length, &code) == 1) EXPECT_EQ(code, ZPRUSB_SUCCESS);
+    EXPECT_EQ(code, ZPRUSB_COMMUNICATION);
+    unplugging.join();
+    EXPECT_EQ(codeOf(zprusb_endpage), ZPRUSB_SUCCESS);
+}
+
+TEST_F(Pages, keepOtherThreadsOutForTwoSecondsACall) {
+    EXPECT_EQ(codeOf(zprusb_startpage, nullptr), ZPRUSB_SUCCESS);
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(codeElsewhere(zprusb_status), ZPRUSB_PRINTER_BUSY);
+    const auto waited = std::chrono::steady_clock::now() - start;
+    EXPECT_GE(waited, std::chrono::milliseconds(4 * 480));
+    EXPECT_LT(waited, std::chrono::seconds(6));
+    EXPECT_EQ(codeElsewhere(zprusb_endpage), ZPRUSB_SUCCESS);
+    EXPECT_FALSE(isFree()) << "ended by a thread that does not hold the printer";
+    EXPECT_EQ(codeOf(zprusb_endpage), ZPRUSB_SUCCESS);
+    EXPECT_TRUE(isFree());
+}
+
+TEST_F(Pages, thatAreStartedTwiceAreEndedTwice) {
+    bus[0].answerOnce(print, errorAnswer(0x31));  // the attempt that fails leaves nothing to be ended
+    for (int start = 0; start < 2; ++start) EXPECT_EQ(codeOf(zprusb_startpage, nullptr), ZPRUSB_SUCCESS);
+    for (const bool free : {false, true, true}) {
+        EXPECT_EQ(codeOf(zprusb_endpage), ZPRUSB_SUCCESS);
+        EXPECT_EQ(isFree(), free);
+    }
+}

@@ -1,0 +1,153 @@
+#include "device/transport.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+
+#include "calls.h"
+#include "open_printer.h"
+#include "transfer_pipes.h"
+
+using namespace device;
+
+namespace {
+
+constexpr auto transferLimit = std::chrono::milliseconds(10000 - 50);  // clocks differ a little
+using Clock = std::chrono::steady_clock;
+
+struct ForcedEnd : OpenPrinter {};
+
+}  // namespace
+
+TEST(Transport, writesARequestWholeOrRefusesIt) {
+    const Bytes bytes = countingBytes(1025, 1);
+    RequestPipe pipe;
+    for (const auto& [length, code] : {std::pair{1025u, 1006}, {1024u, 0}, {1u, 0}, {0u, 2600}}) {
+        uint16_t result = 1;
+        ASSERT_EQ(workerWrite(pipe.writer, bytes.data(), length, &result), code == 0);
+        EXPECT_EQ(result, code);
+        if (code != 0) continue;  // had it been sent, it would arrive in the place of the next one
+        EXPECT_EQ(pipe.next(), Bytes(bytes.begin(), bytes.begin() + length));
+    }
+    EXPECT_TRUE(pipe.endsHere());
+}
+
+TEST(Transport, readsNoMoreThanItAsksFor) {
+    const Bytes bytes = countingBytes(600, 1);
+    struct {
+        bool (*read)(PipeReader&, uint8_t*, uint32_t&, uint16_t*);
+        uint32_t most;
+    } const reads[] = {{workerRead, 300}, {directRead, 512}};
+    for (const auto& [read, most] : reads) {
+        AnswerPipe pipe;
+        pipe.give(bytes);
+        Bytes received;
+        while (received.size() < bytes.size()) {
+            uint8_t piece[512];
+            uint32_t count = 0;
+            uint16_t code = 1;
+            ASSERT_TRUE(read(pipe.reader, piece, count, &code));
+            EXPECT_EQ(code, 0);
+            EXPECT_EQ(count, std::min<size_t>(most, bytes.size() - received.size()));
+            received.insert(received.end(), piece, piece + count);
+        }
+        EXPECT_EQ(received, bytes);
+    }
+}
+
+TEST(Transport, takesADirectReadOfNothingForASuccess) {
+    PipeReader reader;
+    reader.pipe = openNothing();
+    uint8_t bytes[512];
+    uint32_t count = 9;
+    uint16_t code = 1;
+    EXPECT_TRUE(directRead(reader, bytes, count, &code));
+    EXPECT_EQ(count, 0u);
+    EXPECT_EQ(code, 0);
+    EXPECT_FALSE(lengthPrefixedRead(reader, bytes, count, &code));
+    EXPECT_EQ(code, 2600);
+    closeEnd(reader.pipe);
+}
+
+TEST(Transport, readsAnAnswerBehindItsLengthByte) {
+    const std::pair<Bytes, uint16_t> cases[] = {
+        {{4, 1, 2, 3, 4}, 0}, {{7, 1, 2, 3, 4}, 2600}, {{3, 1, 2, 3, 4}, 2600}, {{0}, 0},
+        {{1}, 2600},          {{0, 9}, 2600}};
+    AnswerPipe pipe;
+    for (const auto& [answer, code] : cases) {
+        uint8_t bytes[512];
+        uint32_t count = 99;
+        uint16_t result = 1;
+        pipe.give(answer);
+        EXPECT_TRUE(lengthPrefixedRead(pipe.reader, bytes, count, &result));
+        EXPECT_EQ(result, code);
+        EXPECT_EQ(Bytes(bytes, bytes + count), Bytes(answer.begin() + 1, answer.end()));
+    }
+}
+
+TEST(Transport, writesBulkDataInChunks) {
+    const Bytes bytes = countingBytes(12294, 1);
+    RequestPipe pipe;
+    for (const uint32_t length : {1u, 4095u, 4096u, 4097u, 8192u, 12294u}) {
+        uint16_t code = 1;
+        ASSERT_TRUE(directWriteInChunks(pipe.writer, bytes.data(), length, &code));
+        EXPECT_EQ(code, 0);
+        for (uint32_t offset = 0; offset < length; offset += 4096) {
+            const uint32_t end = std::min(offset + 4096, length);
+            EXPECT_EQ(pipe.next(), Bytes(bytes.begin() + offset, bytes.begin() + end));
+        }
+    }
+    uint16_t code = 77;
+    EXPECT_FALSE(directWriteInChunks(pipe.writer, bytes.data(), 0, &code));
+    EXPECT_EQ(code, 77);
+    EXPECT_TRUE(pipe.endsHere());
+}
+
+TEST(Transport, failsWith2600OnAPipeWithoutAnotherEnd) {
+    RequestPipe requests;
+    AnswerPipe answers;
+    requests.close(requests.ends.testEnd);
+    answers.close(answers.ends.testEnd);
+    const uint8_t bytes[5000] = {};
+    for (const auto write : {workerWrite, directWrite, directWriteInChunks}) {
+        uint16_t code = 1;
+        EXPECT_FALSE(write(requests.writer, bytes, write == directWriteInChunks ? 5000 : 10, &code));
+        EXPECT_EQ(code, 2600);
+    }
+    for (const auto read : {workerRead, lengthPrefixedRead}) {
+        uint8_t room[512] = {};
+        uint32_t count = 0;
+        uint16_t code = 1;
+        EXPECT_FALSE(read(answers.reader, room, count, &code));
+        EXPECT_EQ(code, 2600);
+    }
+}
+
+TEST_F(ForcedEnd, ofAReadLeavesThePrinterUsableAndItsReadPipeOpen) {
+    bus[0].sayNothingTo(getStatus);
+    const auto start = Clock::now();
+    EXPECT_EQ(statusAtOnce(), 2600);
+    EXPECT_GE(Clock::now() - start, transferLimit);
+    EXPECT_TRUE(readPipeAbandoned);
+    EXPECT_FALSE(writePipeAbandoned);
+    bus[0].answer(getStatus, errorAnswer(0x31));
+    EXPECT_EQ(statusAtOnce(), 2101);
+    zprusb_close();
+    EXPECT_EQ(bus.countCalls("ClosePipe read"), 0u);
+    EXPECT_EQ(bus.countCalls("ClosePipe write"), 1u);
+}
+
+TEST_F(ForcedEnd, ofAWriteLeavesTheWritePipesOpen) {
+    const Bytes request(1024);
+    RequestPipe nobodyReads;
+    uint16_t code = 0;
+    auto start = Clock::now();
+    while (workerWrite(nobodyReads.writer, request.data(), 1024, &code)) start = Clock::now();
+    EXPECT_GE(Clock::now() - start, transferLimit);
+    EXPECT_EQ(code, 2600);
+    EXPECT_TRUE(writePipeAbandoned);
+    EXPECT_FALSE(readPipeAbandoned);
+    zprusb_close();
+    EXPECT_EQ(bus.countCalls("ClosePipe read"), 1u);
+    EXPECT_EQ(bus.countCalls("ClosePipe write"), 0u);
+}

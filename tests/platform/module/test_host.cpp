@@ -1,0 +1,5 @@
+#include "platform/module.h"
+
+extern "C" void* loadBesideTestHost(const char* name) {
+    return platform::loadBesideThisLibrary(name);
+}

@@ -1,0 +1,5 @@
+int testModuleAnswer(void);
+
+int testModuleAnswer(void) {
+    return 42;
+}

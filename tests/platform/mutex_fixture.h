@@ -1,0 +1,42 @@
+/// A named mutex that no other test and no other run of the tests uses.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <thread>
+
+#include "platform/named_mutex.h"
+#include "platform/thread.h"
+#include "support/system.h"
+
+class NamedMutexes : public testing::Test {
+protected:
+    NamedMutexes()
+        : name(std::string("test_") + testing::UnitTest::GetInstance()->current_test_info()->name() + "_" +
+               std::to_string(platform::currentThreadId())) {
+        mutex = platform::openNamedMutex(name.c_str());
+    }
+
+    ~NamedMutexes() override {
+        platform::closeNamedMutex(mutex);
+        test::removeMutex(name);
+    }
+
+    void SetUp() override { ASSERT_NE(mutex, nullptr); }
+
+    /// What another thread meets that waits, and releases what it obtained.
+    platform::MutexWait elsewhere(uint32_t milliseconds) const {
+        platform::MutexWait result;
+        std::thread([&] {
+            result = platform::waitForNamedMutex(mutex, milliseconds);
+            platform::releaseNamedMutex(mutex);
+        }).join();
+        return result;
+    }
+
+    test::ChildProcess holdingChild() const { return {test::ownProgram(), {"hold-mutex", name}}; }
+
+    std::string name;
+    platform::NamedMutex* mutex;
+};

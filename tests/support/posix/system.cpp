@@ -1,0 +1,108 @@
+#include "support/system.h"
+
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cctype>
+#include <stdexcept>
+
+namespace test {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+auto entriesOf(const char* folder) {
+    return std::distance(fs::directory_iterator(folder), fs::directory_iterator());
+}
+
+}  // namespace
+
+fs::path ownProgram() {
+    return fs::read_symlink("/proc/self/exe");
+}
+
+std::string libraryFile(const std::string& name) {
+    return "lib" + name + ".so";
+}
+
+void* openLibrary(const fs::path& file) {
+    return dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
+}
+
+bool isLoaded(const fs::path& library) {
+    void* loaded = dlopen(library.c_str(), RTLD_NOW | RTLD_NOLOAD);
+    if (loaded != nullptr) dlclose(loaded);
+    return loaded != nullptr;
+}
+
+unsigned resourceCount() {
+    return static_cast<unsigned>(entriesOf("/proc/self/fd") + entriesOf("/proc/self/task"));
+}
+
+void removeMutex(const std::string& name) {
+    std::string start = name.substr(0, 96);
+    std::ranges::replace_if(
+        start, [](unsigned char c) { return !std::isalnum(c) && c != '-' && c != '_'; }, '_');
+    for (const auto& entry : fs::directory_iterator("/dev/shm")) {
+        if (entry.path().filename().string().starts_with("zprusb-" + start + "-")) fs::remove(entry.path());
+    }
+}
+
+Pipe::Pipe() {
+    int ends[2];
+    if (pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
+    reader = static_cast<uint64_t>(ends[0]);
+    writer = static_cast<uint64_t>(ends[1]);
+}
+
+Pipe::~Pipe() {
+    closeReader();
+    closeWriter();
+}
+
+void Pipe::closeEnd(platform::PipeHandle& end) {
+    if (end != platform::noPipe) close(static_cast<int>(end));
+    end = platform::noPipe;
+}
+
+ChildProcess::ChildProcess(const fs::path& program, const std::vector<std::string>& arguments) {
+    std::vector<char*> words{const_cast<char*>(program.c_str())};
+    for (const std::string& argument : arguments) words.push_back(const_cast<char*>(argument.c_str()));
+    words.push_back(nullptr);
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_adddup2(&actions, static_cast<int>(input_.reader), 0);
+    posix_spawn_file_actions_adddup2(&actions, static_cast<int>(output_.writer), 1);
+    pid_t process = 0;
+    const int error = posix_spawn(&process, program.c_str(), &actions, nullptr, words.data(), environ);
+    posix_spawn_file_actions_destroy(&actions);
+    if (error != 0) throw std::runtime_error("no child process");
+    process_ = static_cast<uint64_t>(process);
+    input_.closeReader();
+    output_.closeWriter();
+}
+
+ChildProcess::~ChildProcess() {
+    kill();
+}
+
+void ChildProcess::kill() {
+    if (process_ == 0) return;
+    ::kill(static_cast<pid_t>(process_), SIGKILL);
+    endedWell();
+}
+
+bool ChildProcess::endedWell() {
+    int status = -1;
+    waitpid(static_cast<pid_t>(process_), &status, 0);
+    process_ = 0;
+    return status == 0;
+}
+
+}  // namespace test

@@ -1,0 +1,109 @@
+#include "../../../src/platform/windows/system.h"
+
+#include <stdexcept>
+
+#include "support/system.h"
+
+namespace test {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+HANDLE handleOf(uint64_t value) {
+    return reinterpret_cast<HANDLE>(value);
+}
+
+void makeInheritable(uint64_t handle) {
+    SetHandleInformation(handleOf(handle), HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
+}
+
+}  // namespace
+
+fs::path ownProgram() {
+    wchar_t path[4096];
+    return fs::path(path, path + GetModuleFileNameW(nullptr, path, 4096));
+}
+
+std::string libraryFile(const std::string& name) {
+    return name + ".dll";
+}
+
+void* openLibrary(const fs::path& file) {
+    return LoadLibraryW(file.c_str());
+}
+
+bool isLoaded(const fs::path& library) {
+    return GetModuleHandleW(library.c_str()) != nullptr;
+}
+
+// One by one, since Wine doesn't tell the number.
+unsigned resourceCount() {
+    unsigned count = 0;
+    for (uint64_t handle = 4; handle < 0x4000; handle += 4) {
+        DWORD flags;
+        if (GetHandleInformation(handleOf(handle), &flags)) ++count;
+    }
+    return count;
+}
+
+void removeMutex(const std::string&) {}
+
+Pipe::Pipe() {
+    HANDLE ends[2];
+    if (!CreatePipe(&ends[0], &ends[1], nullptr, 4096)) throw std::runtime_error("no pipe");
+    reader = reinterpret_cast<uint64_t>(ends[0]);
+    writer = reinterpret_cast<uint64_t>(ends[1]);
+}
+
+Pipe::~Pipe() {
+    closeReader();
+    closeWriter();
+}
+
+void Pipe::closeEnd(platform::PipeHandle& end) {
+    if (end != platform::noPipe) CloseHandle(handleOf(end));
+    end = platform::noPipe;
+}
+
+ChildProcess::ChildProcess(const fs::path& program, const std::vector<std::string>& arguments) {
+    std::wstring line = L'"' + program.wstring() + L'"';
+    for (const std::string& argument : arguments) line += L" \"" + fs::path(argument).wstring() + L'"';
+    makeInheritable(input_.reader);
+    makeInheritable(output_.writer);
+    STARTUPINFOW start{};
+    start.cb = sizeof start;
+    start.dwFlags = STARTF_USESTDHANDLES;
+    start.hStdInput = handleOf(input_.reader);
+    start.hStdOutput = handleOf(output_.writer);
+    start.hStdError = GetStdHandle(STD_ERROR_HANDLE);
+    PROCESS_INFORMATION process;
+    if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start, &process)) {
+        throw std::runtime_error("no child process");
+    }
+    CloseHandle(process.hThread);
+    process_ = reinterpret_cast<uint64_t>(process.hProcess);
+    input_.closeReader();
+    output_.closeWriter();
+}
+
+ChildProcess::~ChildProcess() {
+    kill();
+}
+
+void ChildProcess::kill() {
+    if (process_ == 0) return;
+    TerminateProcess(handleOf(process_), 1);
+    endedWell();
+}
+
+bool ChildProcess::endedWell() {
+    DWORD code = 1;
+    WaitForSingleObject(handleOf(process_), INFINITE);
+    GetExitCodeProcess(handleOf(process_), &code);
+    CloseHandle(handleOf(process_));
+    process_ = 0;
+    return code == 0;
+}
+
+}  // namespace test
