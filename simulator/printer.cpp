@@ -1,0 +1,59 @@
+#include "printer.h"
+
+#include <algorithm>
+
+namespace simulator {
+namespace {
+
+// Each counts prints; what else a real printer's counters count, its maker knows.
+constexpr std::array<uint8_t, counterCount> counterAddresses{0x60, 0x64, 0xA4, 0x68, 0x6C, 0xF8, 0xFC};
+constexpr size_t counterSize = 4;
+
+constexpr size_t errorLogEntries = 20;
+constexpr size_t keptRequests = 1000;
+
+void storeCounter(Printer& printer, size_t counter, uint32_t value) {
+    for (size_t i = 0; i < counterSize; ++i) {
+        printer.memory[counterAddresses[counter] + i] = static_cast<uint8_t>(value >> 8 * i);
+    }
+}
+
+}  // namespace
+
+std::optional<Status> statusOf(std::string_view condition, uint8_t group, uint8_t detail) {
+    const auto found = std::ranges::find(conditions, condition, &Condition::name);
+    if (found == std::end(conditions)) return std::nullopt;
+    if (found->statusNumber == statusDeviceError) return Status{statusDeviceError, group, detail};
+    return Status{found->statusNumber};
+}
+
+Printer::Printer(PrinterSetup initial)
+    : setup(std::move(initial)), uniqueString(setup.uniqueString), jobNumber(setup.jobNumber) {
+    for (size_t i = 0; i < counterCount; ++i) storeCounter(*this, i, setup.counters[i]);
+    setCondition(setup.condition);
+}
+
+Status Printer::status() const {
+    if (condition.number == statusReady && Clock::now() < printingUntil) return {statusPrinting};
+    return condition;
+}
+
+void Printer::setCondition(Status status) {
+    condition = status;
+    if (status.number == statusReady || status.number == statusPrinting) return;
+    errorLog.push_front(status);
+    if (errorLog.size() > errorLogEntries) errorLog.pop_back();
+}
+
+void Printer::countPrints(uint32_t prints) {
+    for (size_t i = 0; i < counterCount; ++i) {
+        storeCounter(*this, i, numberAt(memory, counterAddresses[i], counterSize) + prints);
+    }
+}
+
+void Printer::rememberRequest(const Bytes& request) {
+    requests.push_back(request);
+    if (requests.size() > keptRequests) requests.pop_front();
+}
+
+}  // namespace simulator

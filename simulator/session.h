@@ -1,0 +1,49 @@
+/// A printer at work, from the opening of its device to the closing: a thread that reads requests and image
+/// data, answers, and misbehaves where it is told to.
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <optional>
+#include <thread>
+
+#include "channel.h"
+#include "commands.h"
+#include "printer.h"
+#include "request_stream.h"
+
+namespace simulator {
+
+class Session {
+public:
+    /// @throws std::system_error when the system gives no more pipes or threads.
+    explicit Session(std::shared_ptr<Printer> printer);
+    ~Session() { stop(); }
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    HostPipe hostWriteEnd() const { return channel_.hostWriteEnd(); }
+    HostPipe hostReadEnd() const { return channel_.hostReadEnd(); }
+
+    bool isUnplugged() const { return unplugged_; }
+
+    /// The printer has been unplugged by somebody else: waits until its thread has ended.
+    void unplug();
+
+private:
+    void stop();
+    void run();
+    bool serve(const Bytes& request);
+    bool send(Answer answer, const std::optional<Fault>& fault);
+    bool takeData(const DataTransfer& transfer);
+    bool interruptData(const Fault& fault);
+    void breakLink(const Fault& fault);
+
+    const std::shared_ptr<Printer> printer_;
+    Channel channel_;
+    RequestStream input_{channel_};
+    std::atomic<bool> unplugged_ = false;
+    std::thread thread_;
+};
+
+}  // namespace simulator

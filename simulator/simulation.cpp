@@ -1,0 +1,184 @@
+#include "simulation.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <fstream>
+#include <iterator>
+
+#include "system.h"
+
+namespace simulator {
+namespace {
+
+constexpr uint8_t writePipe = 0;
+constexpr uint8_t readPipe = 1;
+
+constexpr const char* ownDigits = "vid_5a2c&pid_0012";
+constexpr const char* foreignDigits = "vid_ffff&pid_0001";
+
+std::string configurationText() {
+    const auto path = pathFromEnvironment("ZPRUSB_SIMULATOR");
+    if (!path) return "{}";
+    std::ifstream file(*path, std::ios::binary);
+    if (!file) throw ConfigurationError("the file can't be read");
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+bool isPresent(Printer& printer) {
+    const std::lock_guard lock(printer.mutex);
+    return printer.isPresent();
+}
+
+void setAbsentUntil(Printer& printer, Clock::time_point time) {
+    const std::lock_guard lock(printer.mutex);
+    printer.absentUntil = time;
+}
+
+}  // namespace
+
+Simulation& Simulation::instance() {
+    static Simulation* const simulation = new Simulation;
+    return *simulation;
+}
+
+Simulation::Simulation() {
+    stayLoaded();
+    try {
+        build(parseConfiguration(configurationText()));
+    } catch (const ConfigurationError& error) {
+        std::fprintf(stderr, "ZPRUSB_SIMULATOR: %s, so there is no simulated printer.\n", error.what());
+    }
+}
+
+void Simulation::build(Configuration configuration) {
+    devices_.clear();
+    for (PrinterSetup& setup : configuration.printers) {
+        devices_.push_back({std::make_shared<Printer>(std::move(setup)), nullptr});
+    }
+    for (const Fault& fault : configuration.faults) devices_[fault.printer].printer->faults.add(fault);
+}
+
+DeviceHandle Simulation::open(uint32_t number) {
+    const std::lock_guard lock(mutex_);
+    if (findOpen(number) != nullptr) return number;
+    Device* device = find(number);
+    if (device == nullptr || !isPresent(*device->printer)) return noDevice;
+    // Ends of the time before that the host never closed: nothing answers on them any more.
+    closePipes([&](const GivenPipe& pipe) { return pipe.device == number; });
+    device->session.reset();
+    device->session = std::make_unique<Session>(device->printer);
+    pipes_.push_back({device->session->hostWriteEnd(), number, writePipe, false});
+    pipes_.push_back({device->session->hostReadEnd(), number, readPipe, false});
+    return number;
+}
+
+DeviceHandle Simulation::openHandle(uint32_t number) {
+    const std::lock_guard lock(mutex_);
+    return findOpen(number) != nullptr ? number : noDevice;
+}
+
+void Simulation::close(DeviceHandle handle) {
+    const std::lock_guard lock(mutex_);
+    Device* device = find(handle);
+    if (device == nullptr) return;
+    device->session.reset();
+    closePipes([&](const GivenPipe& pipe) { return pipe.device == handle && !pipe.given; });
+}
+
+bool Simulation::isOpen(DeviceHandle handle) {
+    const std::lock_guard lock(mutex_);
+    return findOpen(handle) != nullptr;
+}
+
+std::optional<std::string> Simulation::serial(DeviceHandle handle) {
+    const std::lock_guard lock(mutex_);
+    const Device* device = findOpen(handle);
+    if (device == nullptr) return std::nullopt;
+    return device->printer->setup.serial;
+}
+
+std::optional<std::string> Simulation::devicePath(DeviceHandle handle) {
+    const std::lock_guard lock(mutex_);
+    const Device* device = findOpen(handle);
+    if (device == nullptr) return std::nullopt;
+    const PrinterSetup& setup = device->printer->setup;
+    return std::string("\\\\?\\usb#") + (setup.foreign ? foreignDigits : ownDigits) + "#" + setup.serial +
+           "#{simulated-printer}";
+}
+
+HostPipe Simulation::pipe(DeviceHandle handle, uint8_t number) {
+    const std::lock_guard lock(mutex_);
+    if (findOpen(handle) == nullptr) return noPipe;
+    const auto found = std::ranges::find_if(
+        pipes_, [&](const GivenPipe& pipe) { return pipe.device == handle && pipe.number == number; });
+    if (found == pipes_.end()) return noPipe;
+    found->given = true;
+    return found->pipe;
+}
+
+void Simulation::closePipe(HostPipe closed) {
+    const std::lock_guard lock(mutex_);
+    closePipes([&](const GivenPipe& pipe) { return pipe.pipe == closed; });
+}
+
+template <class Matches>
+void Simulation::closePipes(Matches matches) {
+    std::erase_if(pipes_, [&](const GivenPipe& pipe) {
+        if (!matches(pipe)) return false;
+        closeHostPipe(pipe.pipe);
+        return true;
+    });
+}
+
+void Simulation::configure(const std::string& json) {
+    Configuration configuration = parseConfiguration(json);
+    const std::lock_guard lock(mutex_);
+    build(std::move(configuration));
+    closePipes([](const GivenPipe& pipe) { return !pipe.given; });
+}
+
+void Simulation::addFault(const std::string& json) {
+    const std::lock_guard lock(mutex_);
+    const Fault fault = parseFault(json, devices_.size());
+    Printer& printer = *devices_[fault.printer].printer;
+    const std::lock_guard printerLock(printer.mutex);
+    printer.faults.add(fault);
+}
+
+bool Simulation::unplug(uint32_t number) {
+    {
+        const std::lock_guard lock(mutex_);
+        Device* device = find(number);
+        if (device == nullptr) return false;
+        setAbsentUntil(*device->printer, Clock::time_point::max());
+        if (device->session) device->session->unplug();
+    }
+    notifyDeviceChange();
+    return true;
+}
+
+bool Simulation::plug(uint32_t number) {
+    const std::shared_ptr<Printer> plugged = printer(number);
+    if (plugged == nullptr) return false;
+    setAbsentUntil(*plugged, {});
+    notifyDeviceChange();
+    return true;
+}
+
+std::shared_ptr<Printer> Simulation::printer(uint32_t number) {
+    const std::lock_guard lock(mutex_);
+    const Device* device = find(number);
+    return device == nullptr ? nullptr : device->printer;
+}
+
+Simulation::Device* Simulation::find(DeviceHandle handle) {
+    return handle < devices_.size() ? &devices_[handle] : nullptr;
+}
+
+Simulation::Device* Simulation::findOpen(DeviceHandle handle) {
+    Device* device = find(handle);
+    const bool isOpen = device != nullptr && device->session && !device->session->isUnplugged();
+    return isOpen ? device : nullptr;
+}
+
+}  // namespace simulator

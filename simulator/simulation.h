@@ -1,0 +1,70 @@
+/// All simulated printers of the process, and which of them are open.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "configuration.h"
+#include "session.h"
+
+namespace simulator {
+
+using DeviceHandle = uint64_t;  // the device number
+constexpr DeviceHandle noDevice = ~DeviceHandle{0};
+
+class Simulation {
+public:
+    /// The first call reads the file named by ZPRUSB_SIMULATOR. A process that just ends never destroys it, as
+    /// printers may still be at work.
+    static Simulation& instance();
+
+    DeviceHandle open(uint32_t number);
+    DeviceHandle openHandle(uint32_t number);
+    void close(DeviceHandle handle);
+    bool isOpen(DeviceHandle handle);
+    std::optional<std::string> devicePath(DeviceHandle handle);
+    std::optional<std::string> serial(DeviceHandle handle);
+    HostPipe pipe(DeviceHandle handle, uint8_t number);
+    void closePipe(HostPipe pipe);
+
+    /// @throws ConfigurationError, and nothing has changed.
+    void configure(const std::string& json);
+    void addFault(const std::string& json);
+
+    bool unplug(uint32_t number);
+    bool plug(uint32_t number);
+
+    /// @return null when there is no such printer.
+    std::shared_ptr<Printer> printer(uint32_t number);
+
+private:
+    struct Device {
+        std::shared_ptr<Printer> printer;
+        std::unique_ptr<Session> session;  // while it is open
+    };
+
+    // A host's end of a pipe. Once it is given away it is the host's to close.
+    struct GivenPipe {
+        HostPipe pipe;
+        DeviceHandle device;
+        uint8_t number;
+        bool given;
+    };
+
+    Simulation();
+    void build(Configuration configuration);
+    Device* find(DeviceHandle handle);
+    Device* findOpen(DeviceHandle handle);
+    template <class Matches>
+    void closePipes(Matches matches);
+
+    std::mutex mutex_;
+    std::vector<Device> devices_;
+    std::vector<GivenPipe> pipes_;
+};
+
+}  // namespace simulator

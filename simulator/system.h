@@ -1,0 +1,30 @@
+/// What the simulator needs of the operating system besides pipes.
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <thread>
+
+namespace simulator {
+
+/// Starts a thread that takes no signal of the process, so that a broken pipe is no more than a failed write.
+std::thread startThread(std::function<void()> body);
+
+/// Tells this process that devices came or went: as WM_DEVICECHANGE, posted to its top-level windows, on
+/// Windows; as a datagram to the socket "zprusb-device-change-PID" in the abstract namespace on Linux.
+void notifyDeviceChange();
+
+/// @return the path in the environment variable, or none when it is missing or empty.
+std::optional<std::filesystem::path> pathFromEnvironment(const char* variable);
+
+/// Gives a file another name in the same folder in one step.
+/// @return false when the new name is taken.
+/// @throws std::system_error when the system refuses for any other reason.
+bool moveToFreeName(const std::filesystem::path& from, const std::filesystem::path& to);
+
+/// Keeps this library's image in the process for good: the printers live in it, and the host unloads it each
+/// time it closes.
+void stayLoaded();
+
+}  // namespace simulator

@@ -1,0 +1,51 @@
+#include "system.h"
+
+#include <windows.h>
+
+#include <dbt.h>  // needs the header above
+
+#include <system_error>
+
+namespace simulator {
+namespace {
+
+BOOL CALLBACK postToOwnWindow(HWND window, LPARAM process) {
+    DWORD owner = 0;
+    GetWindowThreadProcessId(window, &owner);
+    // Posted, not sent: hosts look at the messages that they take from their queue.
+    if (owner == static_cast<DWORD>(process)) PostMessageA(window, WM_DEVICECHANGE, DBT_DEVNODES_CHANGED, 0);
+    return TRUE;
+}
+
+}  // namespace
+
+std::thread startThread(std::function<void()> body) {
+    return std::thread(std::move(body));
+}
+
+void notifyDeviceChange() {
+    EnumWindows(postToOwnWindow, static_cast<LPARAM>(GetCurrentProcessId()));
+}
+
+std::optional<std::filesystem::path> pathFromEnvironment(const char* variable) {
+    const std::wstring name(variable, variable + std::char_traits<char>::length(variable));
+    std::wstring value(GetEnvironmentVariableW(name.c_str(), nullptr, 0), L'\0');
+    value.resize(GetEnvironmentVariableW(name.c_str(), value.data(), static_cast<DWORD>(value.size())));
+    if (value.empty()) return std::nullopt;
+    return value;
+}
+
+bool moveToFreeName(const std::filesystem::path& from, const std::filesystem::path& to) {
+    if (MoveFileExW(from.c_str(), to.c_str(), 0)) return true;
+    const DWORD error = GetLastError();
+    if (error == ERROR_ALREADY_EXISTS || error == ERROR_FILE_EXISTS) return false;
+    throw std::system_error(static_cast<int>(error), std::system_category(), "MoveFile");
+}
+
+void stayLoaded() {
+    HMODULE module = nullptr;
+    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
+                       reinterpret_cast<LPCWSTR>(&stayLoaded), &module);
+}
+
+}  // namespace simulator

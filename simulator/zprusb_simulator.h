@@ -1,0 +1,89 @@
+/// @file zprusb_simulator.h
+/// What a test can do to the simulated printers of its own process: set them up, make them fail, pull their
+/// plug, and look at what arrived. The simulator is a control library; programs print through it without this
+/// header, which only needs it loaded in the same process.
+///
+/// A page that the printer runs out of media for, checked from the printer's side:
+///
+///     char error[ZPRUSBSIM_ERROR_SIZE];
+///     zprusbsim_configure("{\"output\": \"/tmp/pages\", \"printers\": [{}]}", error, sizeof error);
+///     ... open the library, choose a media size ...
+///     zprusbsim_setCondition(0, "out of media", 0, 0);
+///     ... starting a page fails now; zprusbsim_printedPages(0) is still 0 ...
+///
+/// Conventions:
+///
+/// - Printers are named by their device number, from 0 in the order of the configuration. A function that is
+///   given a number without a printer returns 0 and does nothing else.
+/// - Functions return 1 for success and 0 for failure unless they say otherwise, and may be called from any
+///   thread. Texts are UTF-8 and end with a zero.
+/// - Printers exist once per process and outlive SDKUsb_Close() as well as the unloading of the simulator.
+///   Counters, unique string, job number and faults stay until zprusbsim_configure() makes new printers.
+#ifndef ZPRUSB_SIMULATOR_H
+#define ZPRUSB_SIMULATOR_H
+
+#include <stdint.h>
+
+/// Room that every error sentence fits in; a longer one is cut off.
+#define ZPRUSBSIM_ERROR_SIZE 512
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/// Replaces all printers by those of a configuration, as the file named by the environment variable
+/// ZPRUSB_SIMULATOR would have. All devices are closed, as if the process had called SDKUsb_Close() for each;
+/// pipes that were given out fail from then on.
+/// @param json the text of a configuration file; "{}" is the default, one ready printer.
+/// @param error receives one sentence when the text is refused; nothing has changed then. May be null.
+/// @param errorSize bytes that `error` has room for.
+uint32_t zprusbsim_configure(const char* json, char* error, uint32_t errorSize);
+
+/// Adds one fault, after those that are there already. The first one that is due decides about an answer.
+/// Occurrences are counted from now on.
+/// @param json one element of the configuration's "faults".
+/// @param error as for zprusbsim_configure().
+uint32_t zprusbsim_addFault(const char* json, char* error, uint32_t errorSize);
+
+/// Changes what the printer says about itself, from the next request on.
+/// @param condition "ready", "printing", "cover open", "out of media", "out of consumables" or "device error".
+/// @param group, detail of a device error; ignored for all other conditions.
+/// @return 0 also for any other condition.
+uint32_t zprusbsim_setCondition(uint32_t printer, const char* condition, uint8_t group, uint8_t detail);
+
+/// Pulls the plug: transfers that wait on the printer's pipes fail, SDKUsb_CheckDevice() gives 0, and the
+/// process gets the system's device-change message. A page that was arriving ends as incomplete; this waits
+/// until it is written.
+uint32_t zprusbsim_unplug(uint32_t printer);
+
+/// Plugs the printer in again, and sends the device-change message. A device handle from before stays gone;
+/// the printer has to be opened anew.
+uint32_t zprusbsim_plug(uint32_t printer);
+
+/// Takes the oldest request that has arrived and was not taken yet. The printer keeps the last 1000; image
+/// data are no requests.
+/// @param bytes receives the request as it came over the pipe, at most `capacity` bytes of it.
+/// @return the request's length, or 0 when there is none.
+uint32_t zprusbsim_takeRequest(uint32_t printer, uint8_t* bytes, uint32_t capacity);
+
+/// @return how many pages have been printed, each counted once whatever its copies; pages whose data did not
+///         arrive completely don't count.
+uint32_t zprusbsim_printedPages(uint32_t printer);
+
+/// Waits until the printer is done with pages, complete or not.
+/// @param pages how many in all since the printer was configured.
+/// @param milliseconds how long to wait at most.
+/// @return whether there were as many in time. Their files are written then.
+uint32_t zprusbsim_waitForPages(uint32_t printer, uint32_t pages, uint32_t milliseconds);
+
+/// Tells where the picture of the last page is, complete or not; its data sheet stands beside it, with the
+/// ending ".json".
+/// @param path receives the absolute path of the PNG file; it is cut off when it does not fit.
+/// @return the length of the path without its final zero, or 0 when there was no page.
+uint32_t zprusbsim_lastPage(uint32_t printer, char* path, uint32_t capacity);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif
