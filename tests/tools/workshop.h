@@ -1,0 +1,65 @@
+/// A folder with a simulated printer in which a test runs the command-line tool.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "bytes.h"
+#include "picture.h"
+
+namespace test {
+
+using Json = nlohmann::json;
+using tool::Bytes;
+using tool::Picture;
+
+struct Outcome {
+    int status;
+    std::string out;
+    std::string err;
+};
+
+class Workshop : public testing::Test {
+protected:
+    /// Without simulate(), there is the simulator's default: one ready printer.
+    Workshop();
+    ~Workshop() override;
+
+    /// Sets up the simulated printers by the text of a configuration file.
+    void simulate(const std::string& configuration);
+
+    Outcome run(const std::string& program, const std::vector<std::string>& arguments);
+    Outcome zprusb(const std::vector<std::string>& arguments) { return run("zprusb", arguments); }
+
+    /// Runs a command with --json that has to succeed.
+    Json json(std::vector<std::string> arguments);
+
+    /// @return the path in UTF-8.
+    std::string write(const std::string& name, const Bytes& content);
+
+    /// The page with that number, complete, as the printer got it.
+    Picture printedPage(int number);
+    Json printedSheet(int number);
+
+private:
+    std::filesystem::path folder_;
+};
+
+Bytes png(const Picture& picture, int channels = 3);
+Bytes jpeg(const Picture& picture);
+
+/// A picture of four rectangles. Each letter is a colour, Red, Green, Blue or White: at the top left, top
+/// right, bottom left, bottom right.
+Picture quarters(uint32_t width, uint32_t height, const std::string& colours);
+
+/// The letters of the colours in the middle of the quarters; a question mark for any other colour.
+std::string coloursOf(const Picture& picture);
+
+/// The letter of the colour at a place, which is given in percent of the width and the height.
+char colourAt(const Picture& picture, unsigned across, unsigned down);
+
+}  // namespace test

@@ -1,0 +1,38 @@
+#include "system.h"
+
+#include <io.h>
+#include <windows.h>
+// shellapi.h needs windows.h before it.
+#include <shellapi.h>
+
+namespace tool {
+namespace {
+
+std::string utf8(const wchar_t* text) {
+    const int size = WideCharToMultiByte(CP_UTF8, 0, text, -1, nullptr, 0, nullptr, nullptr);
+    std::string converted(static_cast<size_t>(size), '\0');
+    WideCharToMultiByte(CP_UTF8, 0, text, -1, converted.data(), size, nullptr, nullptr);
+    converted.pop_back();  // the terminator, which the size counts
+    return converted;
+}
+
+}  // namespace
+
+std::vector<std::string> argumentsInUtf8(int, char**) {
+    int count = 0;
+    wchar_t** wide = CommandLineToArgvW(GetCommandLineW(), &count);
+    std::vector<std::string> arguments;
+    for (int i = 1; i < count; ++i) arguments.push_back(utf8(wide[i]));
+    LocalFree(wide);
+    return arguments;
+}
+
+void useUtf8Console() {
+    SetConsoleOutputCP(CP_UTF8);
+}
+
+bool isTerminal(std::FILE* stream) {
+    return _isatty(_fileno(stream)) != 0;
+}
+
+}  // namespace tool

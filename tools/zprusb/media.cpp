@@ -1,0 +1,137 @@
+#include "media.h"
+
+#include <zprusb.h>
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <string_view>
+#include <utility>
+
+namespace tool {
+namespace {
+
+constexpr uint32_t shortestVariable = 7112;
+constexpr uint32_t longestUnlessStated = 25120;  // for the codes 0xE0 to 0xEF
+constexpr uint32_t tolerance = 50;
+constexpr double noticeable = 0.001;  // difference of proportions, as a logarithm
+
+MediaSize decodeMedia(ByteView entry) {
+    MediaSize media{.code = entry[0],
+                    .width = littleEndian(entry.subspan(1, 4)),
+                    .length = littleEndian(entry.subspan(5, 4)),
+                    .longest = littleEndian(entry.subspan(11, 4)),
+                    .sectionWidth = littleEndian(entry.subspan(15, 4)),
+                    .sectionLengths = {}};
+    for (size_t i = 0; i < media.sectionLengths.size(); ++i)
+        media.sectionLengths[i] = littleEndian(entry.subspan(19 + 2 * i, 2));
+    if (media.code >> 4 == 0xE && media.longest == 0) media.longest = longestUnlessStated;
+    return media;
+}
+
+/// Takes a positive number off the front of the text.
+std::optional<double> takeNumber(std::string_view& text) {
+    double number = 0;
+    const auto [end, error] =
+        std::from_chars(text.data(), text.data() + text.size(), number, std::chars_format::fixed);
+    if (error != std::errc{} || !(number > 0 && number < 10000)) return std::nullopt;
+    text.remove_prefix(static_cast<size_t>(end - text.data()));
+    return number;
+}
+
+std::optional<WantedSize::Unit> unitOf(std::string_view word) {
+    if (word.empty()) return WantedSize::Unit::either;
+    if (word == "in") return WantedSize::Unit::inch;
+    if (word == "mm") return WantedSize::Unit::millimetre;
+    return std::nullopt;
+}
+
+/// What the words of a user can mean, the likeliest first: width and length.
+std::vector<std::pair<double, double>> readings(const WantedSize& wanted) {
+    constexpr std::pair<WantedSize::Unit, double> units[] = {{WantedSize::Unit::inch, hundredthsPerInch},
+                                                             {WantedSize::Unit::millimetre, 100}};
+    std::vector<std::pair<double, double>> sizes;
+    for (const auto& [unit, hundredths] : units) {
+        if (wanted.unit != WantedSize::Unit::either && wanted.unit != unit) continue;
+        sizes.emplace_back(wanted.width * hundredths, wanted.length * hundredths);
+        sizes.emplace_back(wanted.length * hundredths, wanted.width * hundredths);
+    }
+    return sizes;
+}
+
+bool near(uint32_t offered, double wanted) {
+    return std::abs(offered - wanted) <= tolerance;
+}
+
+std::optional<Sheet> match(const MediaSize& media, double width, double length) {
+    if (!near(media.width, width)) return std::nullopt;
+    if (!media.variable())
+        return near(media.length, length) ? std::optional(Sheet{media, media.length}) : std::nullopt;
+    if (length < shortestVariable || length > media.longest) return std::nullopt;
+    return Sheet{media, static_cast<uint32_t>(std::lround(length))};
+}
+
+/// The sheet of this size that suits best; of a variable length, the one that a picture fills entirely, with
+/// its longer side along the length where that is possible.
+std::optional<Sheet> bestOf(const MediaSize& media, double ratio) {
+    if (media.width == 0) return std::nullopt;
+    if (!media.variable()) return media.length == 0 ? std::nullopt : std::optional(Sheet{media, media.length});
+    if (media.longest < shortestVariable) return std::nullopt;
+    const double length = media.width * std::max(ratio, 1 / ratio);
+    return Sheet{media, static_cast<uint32_t>(std::clamp<double>(length, shortestVariable, media.longest))};
+}
+
+/// How far the proportions of sheet and picture differ when the picture is turned the better way: 0 for equal.
+double mismatch(const Sheet& sheet, double ratio) {
+    const double sheetRatio = static_cast<double>(sheet.width()) / sheet.length;
+    return std::abs(std::abs(std::log(sheetRatio)) - std::abs(std::log(ratio)));
+}
+
+}  // namespace
+
+std::vector<MediaSize> decodeMediaList(ByteView record) {
+    std::vector<MediaSize> list;
+    if (record.empty()) return list;
+    const size_t room = (record.size() - 1) / ZPRUSB_MEDIA_ENTRY_SIZE;
+    const size_t count = std::min<size_t>(record[0], room);
+    for (size_t i = 0; i < count; ++i)
+        list.push_back(decodeMedia(record.subspan(1 + i * ZPRUSB_MEDIA_ENTRY_SIZE, ZPRUSB_MEDIA_ENTRY_SIZE)));
+    return list;
+}
+
+std::optional<WantedSize> parseSize(const std::string& text) {
+    std::string_view rest = text;
+    const auto width = takeNumber(rest);
+    if (!width || !rest.starts_with('x')) return std::nullopt;
+    rest.remove_prefix(1);
+    const auto length = takeNumber(rest);
+    const auto unit = unitOf(rest);
+    if (!length || !unit) return std::nullopt;
+    return WantedSize{*width, *length, *unit};
+}
+
+std::optional<Sheet> findSheet(const std::vector<MediaSize>& offered, const WantedSize& wanted) {
+    for (const auto& [width, length] : readings(wanted))
+        for (const MediaSize& media : offered)
+            if (const auto sheet = match(media, width, length)) return sheet;
+    return std::nullopt;
+}
+
+std::optional<Sheet> suitableSheet(const std::vector<MediaSize>& offered, double ratio) {
+    const auto worse = [ratio](const Sheet& a, const Sheet& b) {
+        const double difference = mismatch(a, ratio) - mismatch(b, ratio);
+        return std::abs(difference) > noticeable ? difference > 0 : a.media.variable() && !b.media.variable();
+    };
+    std::optional<Sheet> best;
+    for (const MediaSize& media : offered) {
+        const auto sheet = bestOf(media, ratio);
+        if (sheet && (!best || worse(*best, *sheet))) best = sheet;
+    }
+    return best;
+}
+
+uint32_t dotsOf(uint32_t hundredths) {
+    return static_cast<uint32_t>(std::lround(hundredths * 300.0 / hundredthsPerInch));
+}
+
+}  // namespace tool

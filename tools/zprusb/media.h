@@ -1,0 +1,66 @@
+/// Media sizes: what the printer offers, what the user asks for, and what suits a picture.
+/// Lengths are in 1/100 mm unless they say otherwise.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "bytes.h"
+
+namespace tool {
+
+constexpr double hundredthsPerInch = 2540;
+
+/// An entry of the printer's media list.
+struct MediaSize {
+    uint8_t code;
+    uint32_t width;
+    uint32_t length;
+    uint32_t longest;  // of a variable length
+    uint32_t sectionWidth;
+    std::array<uint32_t, 5> sectionLengths;
+
+    /// Sizes of a variable length are asked for with a length of the caller's.
+    bool variable() const { return code < 0xF0 || code == 0xFF; }
+};
+
+/// @param record the media record of zprusb_getPrinterInfo().
+std::vector<MediaSize> decodeMediaList(ByteView record);
+
+/// A size as a user writes it.
+struct WantedSize {
+    enum class Unit { inch, millimetre, either };
+
+    double width;
+    double length;
+    Unit unit;
+};
+
+/// Understands "6x4", "6x4in", "152.4x101.6mm"; without a unit both are tried, inches first.
+/// @return none when the text is no size.
+std::optional<WantedSize> parseSize(const std::string& text);
+
+/// A page to print: a size of the list, with the length chosen when it is variable.
+struct Sheet {
+    MediaSize media;
+    uint32_t length;
+
+    uint32_t width() const { return media.width; }
+};
+
+/// The first offered size that is the wanted one, within half a millimetre and whichever side is named first.
+std::optional<Sheet> findSheet(const std::vector<MediaSize>& offered, const WantedSize& wanted);
+
+/// The offered size whose proportions come closest to those of a picture, which may be turned for it. A fixed
+/// size is preferred to a variable one that is no better.
+/// @param ratio the picture's width divided by its height.
+/// @return none when nothing is offered.
+std::optional<Sheet> suitableSheet(const std::vector<MediaSize>& offered, double ratio);
+
+/// Dots of a length at the printer's 300 dots per inch.
+uint32_t dotsOf(uint32_t hundredths);
+
+}  // namespace tool
