@@ -1,5 +1,12 @@
 /// Entry points of the library that are not exported: a program that is linked with the static archive can
-/// call them. They keep the conventions of zprusb.h.
+/// call them. They keep the conventions of zprusb.h: 1 for success and 0 for failure, the code through
+/// resultCode (may be null), 1501 without an object. A null pointer where bytes are read or written gives 1006
+/// and sends nothing.
+///
+/// All but zprusb_setToneCurve() run without the ApiLock; what they send and what they receive with a time-out
+/// holds it for the length of the transfer. "Reserves" means: holds the printer's device mutex for the whole
+/// run, and fails with 2000 (no printer selected, or it is gone), 1500 (another thread holds it for more than
+/// 500 ms) or 2504. Entry points that don't reserve must not run while another thread prints on the printer.
 
 #pragma once
 
@@ -8,6 +15,16 @@
 #ifdef __cplusplus
 extern "C" {
 #endif
+
+enum {
+    ZPRUSB_MAINTENANCE_READ_SIZE = 260,    // what zprusb_getEepromMaintenance() and zprusb_readRaw() may write
+    ZPRUSB_MAINTENANCE_DATA_SIZE = 38,     // what zprusb_getMaintenanceData() writes
+    ZPRUSB_DIAGNOSIS_RESULTS_SIZE = 40,    // the self-diagnosis results
+    ZPRUSB_MAX_UNIVERSAL_SIZE = 247,       // the data of a universal command
+    ZPRUSB_MAX_ANSWER_PAYLOAD_SIZE = 502,  // of any answer
+    ZPRUSB_MAX_ANSWER_SIZE = 512,          // with its header
+    ZPRUSB_TONE_CURVE_SIZE = 1536,
+};
 
 /// Opens the library as zprusb_open() does.
 /// @param unused has no effect.
@@ -24,6 +41,112 @@ uint32_t zprusb_listupPrinterId(uint8_t* ids);
 /// @return the object's selected identifier (8 bytes, owned by the library, valid until the objects are
 ///         released); null when there is no object.
 uint8_t* zprusb_selectPrinterId(uint64_t printerId, uint16_t* resultCode);
+
+/// Writes a tone curve into the printer, or makes the printer forget it. Holds the ApiLock; reserves.
+/// @param mode 0 forgets; 1 and 2 write one of two curves.
+/// @param data ZPRUSB_TONE_CURVE_SIZE bytes, read for modes 1 and 2 only.
+/// @param resultCode 0; 1006 another mode, or no data; 2600 every failure of an exchange.
+uint32_t zprusb_setToneCurve(uint8_t mode, const uint8_t* data, uint16_t* resultCode);
+
+/// Empties the printer's error log.
+/// @param resultCode 0; 2600; the codes of error answers.
+uint32_t zprusb_resetErrorLog(uint16_t* resultCode);
+
+/// Asks for the permission and writes maintenance memory. A refused permission does not stop the write, which
+/// the printer then refuses itself.
+/// @param data count bytes.
+/// @param resultCode 0; 2600; the codes of error answers.
+uint32_t zprusb_setEepromMaintenance(uint8_t address, const uint8_t* data, uint8_t count, uint16_t* resultCode);
+
+/// Reads maintenance memory.
+/// @param out ZPRUSB_MAINTENANCE_READ_SIZE bytes: the memory's bytes, then zeros. Untouched after a failure.
+/// @param count bytes to read.
+/// @param resultCode 0; 2600; the codes of error answers.
+uint32_t zprusb_getEepromMaintenance(uint8_t address, uint8_t* out, uint8_t count, uint16_t* resultCode);
+
+/// Sends the universal command and waits for its answer, without a time-out.
+/// @param data count bytes, 1 to ZPRUSB_MAX_UNIVERSAL_SIZE.
+/// @param out the answer's payload, up to ZPRUSB_MAX_ANSWER_PAYLOAD_SIZE bytes.
+/// @param outCount the low 8 bits of the payload's length.
+/// @param resultCode 0; 1006 a count outside its range; 2600; the codes of error answers.
+uint32_t zprusb_universalCommand(const uint8_t* data, uint8_t count, uint8_t* out, uint8_t* outCount,
+                                 uint16_t* resultCode);
+
+/// Asks for the model name and drops the answer: tells whether the printer answers at all. Reserves.
+/// @param resultCode 0; 2600.
+uint32_t zprusb_getModelName(uint16_t* resultCode);
+
+/// Writes bytes to the printer as they are, without a time-out.
+/// @param data *length bytes.
+/// @param resultCode 0; 2600.
+uint32_t zprusb_writeRaw(const uint8_t* data, const uint32_t* length, uint16_t* resultCode);
+
+/// Writes bytes to the printer as they are and reads what it answers, both without a time-out.
+/// @param data length bytes.
+/// @param out the bytes read, up to ZPRUSB_MAX_ANSWER_SIZE.
+/// @param outCount their number.
+/// @param resultCode 0; 2600.
+uint32_t zprusb_transferRaw(const uint8_t* data, uint32_t length, uint8_t* out, uint32_t* outCount,
+                            uint16_t* resultCode);
+
+/// Reads length-prefixed pieces, without a time-out, until one ends with a zero byte. Reserves.
+/// @param out the pieces' bytes, up to ZPRUSB_MAINTENANCE_READ_SIZE.
+/// @param resultCode 0; 2600 after a failed read, a piece that is not as long as it says, or more bytes than
+///        there is room for. In the last two cases the bytes are there all the same, and 1 is returned.
+uint32_t zprusb_readRaw(uint8_t* out, uint16_t* resultCode);
+
+/// Starts a self-diagnosis.
+/// @param kind 1 to 7.
+/// @param p1 1 to 7 for kinds 2 and 6, 1 to 2 for kind 3, 1 to 3 for kinds 4 and 5, 1 to 13 for kind 7.
+/// @param p2 1 to 5 for kind 3, 1 to 3 for kind 4, 1 to 2 for kind 5.
+/// @param resultCode 0; 1006 a value outside its range; 2600; the codes of error answers.
+uint32_t zprusb_selfDiagnosis(uint8_t kind, uint8_t p1, uint8_t p2, uint16_t* resultCode);
+
+/// Starts a self-diagnosis with any parameters and receives its data.
+/// @param out the answer's payload, up to ZPRUSB_MAX_ANSWER_PAYLOAD_SIZE bytes.
+/// @param resultCode 0; 2600; the codes of error answers.
+uint32_t zprusb_selfDiagnosisData(uint8_t kind, uint8_t p1, uint8_t p2, uint8_t* out, uint16_t* resultCode);
+
+/// Receives the results of the last self-diagnosis.
+/// @param out *length bytes; null asks for the size: *length becomes ZPRUSB_DIAGNOSIS_RESULTS_SIZE, the code 0
+///        and the return value 0.
+/// @param length the room in out; becomes the number of bytes copied, ZPRUSB_DIAGNOSIS_RESULTS_SIZE at most.
+/// @param resultCode 0; 8000 the printer has no results (out then holds zeros); 2600; the codes of error
+///        answers.
+uint32_t zprusb_getSelfDiagnosisResults(uint8_t* out, uint32_t* length, uint16_t* resultCode);
+
+/// Sets the six maintenance values.
+/// @param resultCode 0; 2600; the codes of error answers.
+uint32_t zprusb_setMaintenanceParams(uint16_t v1, uint16_t v2, uint16_t v3, uint16_t v4, uint16_t v5,
+                                     uint16_t v6, uint16_t* resultCode);
+
+/// Receives maintenance data.
+/// @param a, b which; their meaning is the printer's.
+/// @param out ZPRUSB_MAINTENANCE_DATA_SIZE bytes: the answer's payload, then zeros. Untouched after a failure.
+/// @param resultCode 0; 2600; the codes of error answers.
+uint32_t zprusb_getMaintenanceData(uint8_t a, uint8_t b, uint8_t* out, uint16_t* resultCode);
+
+/// Each of these sends one command and waits, without a time-out, for one answer, which is dropped: 1 means
+/// that there was an answer, of whatever kind. They reserve, but for zprusb_cmdSelfDiagnosis().
+/// Codes: 0; 1006 a count outside its range; 2600.
+uint32_t zprusb_cmdFlashLed(uint16_t* resultCode);
+uint32_t zprusb_cmdReset(uint8_t kind, uint16_t* resultCode);
+uint32_t zprusb_cmdGetStatus(uint16_t* resultCode);
+uint32_t zprusb_cmdGetMediaInfo(uint16_t* resultCode);
+uint32_t zprusb_cmdSelfDiagnosis(uint8_t kind, uint8_t p1, uint8_t p2, uint16_t* resultCode);
+uint32_t zprusb_cmdGetSelfDiagnosisResults(uint16_t* resultCode);
+uint32_t zprusb_cmdGetFirmwareInfo(uint8_t component, uint16_t* resultCode);
+uint32_t zprusb_cmdGetEepromMaintenance(uint8_t address, uint8_t count, uint16_t* resultCode);
+uint32_t zprusb_cmdSetEepromMaintenance(uint8_t address, uint8_t count, const uint8_t* data,
+                                        uint16_t* resultCode);
+uint32_t zprusb_cmdPrint(uint16_t jobNumber, uint16_t copies, uint16_t width, uint16_t length,
+                         uint8_t mediaCode, uint8_t option, uint8_t byte9, uint16_t* resultCode);
+uint32_t zprusb_cmdUpdate(uint8_t target, uint32_t start, uint32_t length, uint16_t* resultCode);
+uint32_t zprusb_cmdGetPrinterUniqueString(uint16_t* resultCode);
+uint32_t zprusb_cmdSetPrinterUniqueString(const uint8_t* data, uint8_t count, uint16_t* resultCode);
+
+/// Sends nothing, writes no code and returns 0.
+uint32_t zprusb_cmdReserved(uint8_t value, uint16_t* resultCode);
 
 #ifdef __cplusplus
 }
