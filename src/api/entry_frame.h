@@ -46,4 +46,13 @@ uint32_t onPrinter(const Frame& frame, uint16_t* resultCode, Operation operation
     return success;
 }
 
+/// The same for an operation whose last parameter is the result code.
+template <class... Parameters, class... Arguments>
+uint32_t run(const Frame& frame, uint16_t* resultCode, bool (*operation)(device::PrinterObject&, Parameters...),
+             const Arguments&... arguments) {
+    return onPrinter(frame, resultCode, [&](device::PrinterObject& printer) {
+        return operation(printer, arguments..., resultCode);
+    });
+}
+
 }  // namespace api

@@ -12,19 +12,11 @@
 
 #include <zprusb.h>
 
+#include "protocol/service_sizes.h"
+
 #ifdef __cplusplus
 extern "C" {
 #endif
-
-enum {
-    ZPRUSB_MAINTENANCE_READ_SIZE = 260,    // what zprusb_getEepromMaintenance() and zprusb_readRaw() may write
-    ZPRUSB_MAINTENANCE_DATA_SIZE = 38,     // what zprusb_getMaintenanceData() writes
-    ZPRUSB_DIAGNOSIS_RESULTS_SIZE = 40,    // the self-diagnosis results
-    ZPRUSB_MAX_UNIVERSAL_SIZE = 247,       // the data of a universal command
-    ZPRUSB_MAX_ANSWER_PAYLOAD_SIZE = 502,  // of any answer
-    ZPRUSB_MAX_ANSWER_SIZE = 512,          // with its header
-    ZPRUSB_TONE_CURVE_SIZE = 1536,
-};
 
 /// Opens the library as zprusb_open() does.
 /// @param unused has no effect.

@@ -2,26 +2,21 @@
 #include <algorithm>
 
 #include "api/entry_frame.h"
+#include "printer/control.h"
 #include "printer/information.h"
+#include "printer/maintenance_memory.h"
 #include "printer/media.h"
 #include "printer/page.h"
+#include "printer/raw.h"
+#include "printer/settings.h"
 #include "printer/status.h"
 
 using api::lockedFrame;
 using api::lockFreeFrame;
 using api::onPrinter;
 using api::retryingFrame;
+using api::run;
 using device::PrinterObject;
-
-namespace {
-
-/// For operations that this version does not have yet.
-uint32_t refuse(const api::Frame& frame, uint16_t* resultCode) {
-    return onPrinter(frame, resultCode,
-                     [&](PrinterObject&) { return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode); });
-}
-
-}  // namespace
 
 uint32_t zprusb_getPrinterInfo(uint16_t tag, uint8_t* buffer, uint32_t* length) {
     const uint32_t capacity = length != nullptr ? *length : 0;
@@ -31,13 +26,13 @@ uint32_t zprusb_getPrinterInfo(uint16_t tag, uint8_t* buffer, uint32_t* length) 
     });
 }
 
-uint32_t zprusb_setPrinterInfo(uint16_t, const uint8_t*, const uint32_t*, uint16_t* resultCode) {
-    return refuse(retryingFrame, resultCode);
+uint32_t zprusb_setPrinterInfo(uint16_t tag, const uint8_t* data, const uint32_t* length,
+                               uint16_t* resultCode) {
+    return run(retryingFrame, resultCode, printer::setPrinterInfo, tag, data, length);
 }
 
 uint32_t zprusb_status(uint16_t* resultCode) {
-    return onPrinter(retryingFrame, resultCode,
-                     [&](PrinterObject& printer) { return printer::queryStatus(printer, resultCode); });
+    return run(retryingFrame, resultCode, printer::queryStatus);
 }
 
 uint32_t zprusb_statusAll(const uint8_t* printerList, uint16_t* results) {
@@ -51,46 +46,37 @@ uint32_t zprusb_statusAll(const uint8_t* printerList, uint16_t* results) {
 }
 
 uint32_t zprusb_checkMediaInfo(uint8_t mediaCode, uint32_t width, uint32_t length, uint16_t* resultCode) {
-    return onPrinter(retryingFrame, resultCode, [&](PrinterObject& printer) {
-        return printer::checkMediaInfo(printer, mediaCode, width, length, resultCode);
-    });
+    return run(retryingFrame, resultCode, printer::checkMediaInfo, mediaCode, width, length);
 }
 
-uint32_t zprusb_resetCounter(uint8_t, uint16_t* resultCode) {
-    return refuse(retryingFrame, resultCode);
+uint32_t zprusb_resetCounter(uint8_t counterNumber, uint16_t* resultCode) {
+    return run(retryingFrame, resultCode, printer::resetCounter, counterNumber);
 }
 
 uint32_t zprusb_copies(uint16_t copies, uint16_t* resultCode) {
-    return onPrinter(lockFreeFrame, resultCode,
-                     [&](PrinterObject& printer) { return printer::setCopies(printer, copies, resultCode); });
+    return run(lockFreeFrame, resultCode, printer::setCopies, copies);
 }
 
 uint32_t zprusb_startpage(uint16_t* pageId, uint16_t* resultCode) {
-    return onPrinter(retryingFrame, resultCode,
-                     [&](PrinterObject& printer) { return printer::startPage(printer, pageId, resultCode); });
+    return run(retryingFrame, resultCode, printer::startPage, pageId);
 }
 
 uint32_t zprusb_startpagelong(uint16_t* pageId, uint8_t sectionIndex, uint16_t* resultCode) {
-    return onPrinter(retryingFrame, resultCode, [&](PrinterObject& printer) {
-        return printer::startLongPage(printer, pageId, sectionIndex, resultCode);
-    });
+    return run(retryingFrame, resultCode, printer::startLongPage, pageId, sectionIndex);
 }
 
 uint32_t zprusb_write(const uint8_t* data, const uint32_t* length, uint16_t* resultCode) {
-    return onPrinter(lockedFrame, resultCode, [&](PrinterObject& printer) {
-        return printer::writePage(printer, data, length, resultCode);
-    });
+    return run(lockedFrame, resultCode, printer::writeRaw, data, length);
 }
 
 uint32_t zprusb_endpage(uint16_t* resultCode) {
-    return onPrinter(lockFreeFrame, resultCode,
-                     [&](PrinterObject& printer) { return printer::endPage(printer, resultCode); });
+    return run(lockFreeFrame, resultCode, printer::endPage);
 }
 
 uint32_t zprusb_blinkLED(uint16_t* resultCode) {
-    return refuse(lockedFrame, resultCode);
+    return run(lockedFrame, resultCode, printer::blinkLed);
 }
 
 uint32_t zprusb_resetPrinter(uint16_t* resultCode) {
-    return refuse(lockedFrame, resultCode);
+    return run(lockedFrame, resultCode, printer::resetPrinter);
 }

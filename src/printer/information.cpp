@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "device/reservation.h"
+#include "printer/maintenance_memory.h"
 #include "printer/media.h"
 #include "printer/status.h"
 #include "protocol/requests.h"
@@ -26,10 +27,6 @@ constexpr uint8_t maintenanceLength = 8;
 constexpr uint32_t maintenanceDataOffset = 6;
 constexpr uint32_t maintenanceDataLength = 10;
 
-/// Maintenance memory addresses of the counters, in the order of the record.
-constexpr uint8_t counterAddresses[] = {0x60, 0x64, 0xA4, 0x68, 0x6C, 0xF8, 0xFC};
-constexpr uint8_t counterLength = 4;
-
 /// Each of these assembles the record of one tag in a zeroed buffer; the first exchange that fails ends it.
 
 bool readMedia(PrinterObject& printer, uint8_t* record) {
@@ -49,17 +46,16 @@ bool readFirmware(PrinterObject& printer, uint8_t* record) {
     return true;
 }
 
-bool readMaintenanceMemory(PrinterObject& printer, uint8_t address, uint8_t count, uint8_t* bytes) {
+bool copyMaintenanceMemory(PrinterObject& printer, uint8_t address, uint8_t count, uint8_t* bytes) {
     Payload payload;
-    if (!protocol::sendGetEepromMaintenance(printer.writer, address, count, nullptr)) return false;
-    if (!protocol::receivePayload(printer.reader, payload, nullptr)) return false;
+    if (!readMaintenanceMemory(printer, address, count, payload, nullptr)) return false;
     std::copy_n(payload.bytes.begin(), count, bytes);
     return true;
 }
 
 bool readCounters(PrinterObject& printer, uint8_t* record) {
     for (const uint8_t address : counterAddresses) {
-        if (!readMaintenanceMemory(printer, address, counterLength, record)) return false;
+        if (!copyMaintenanceMemory(printer, address, counterLength, record)) return false;
         record += counterLength;
     }
     return true;
@@ -101,7 +97,7 @@ bool readUniqueString(PrinterObject& printer, uint8_t* record) {
 
 bool readMaintenance(PrinterObject& printer, uint8_t* record) {
     Payload payload;
-    if (!readMaintenanceMemory(printer, maintenanceAddress, maintenanceLength, record)) return false;
+    if (!copyMaintenanceMemory(printer, maintenanceAddress, maintenanceLength, record)) return false;
     if (!protocol::sendGetMaintenanceData(printer.writer, 0, 0, nullptr)) return false;
     if (!protocol::receivePayload(printer.reader, payload, nullptr)) return false;
     std::copy_n(payload.bytes.begin() + maintenanceDataOffset, maintenanceDataLength,

@@ -100,11 +100,6 @@ bool startLongPage(PrinterObject& printer, uint16_t* pageId, uint8_t sectionInde
     return begun;
 }
 
-bool writePage(PrinterObject& printer, const uint8_t* data, const uint32_t* length, uint16_t* resultCode) {
-    if (data == nullptr || length == nullptr) return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
-    return device::directWriteInChunks(printer.writer, data, *length, resultCode);
-}
-
 bool endPage(PrinterObject& printer, uint16_t* resultCode) {
     printer.page.copies = 1;
     device::setResult(resultCode, ZPRUSB_SUCCESS);

@@ -17,9 +17,6 @@ bool startPage(PrinterObject& printer, uint16_t* pageId, uint16_t* resultCode);
 ///        refused with 1006 and nothing is sent.
 bool startLongPage(PrinterObject& printer, uint16_t* pageId, uint8_t sectionIndex, uint16_t* resultCode);
 
-/// @param length read, not changed.
-bool writePage(PrinterObject& printer, const uint8_t* data, const uint32_t* length, uint16_t* resultCode);
-
 /// Runs without the ApiLock.
 bool endPage(PrinterObject& printer, uint16_t* resultCode);
 

@@ -1,13 +1,11 @@
 #include "protocol/requests.h"
 
 #include "protocol/command_frame.h"
+#include "protocol/service_sizes.h"
 
 namespace protocol {
 
 namespace {
-
-constexpr uint8_t uniqueStringLimit = 23;
-constexpr uint8_t universalLimit = 247;
 
 /// The explicit print form has no arguments for the last two options of the page; it sends their values after
 /// opening.
@@ -127,12 +125,15 @@ bool sendGetEepromMaintenance(PipeWriter& writer, uint8_t address, uint8_t count
 
 bool sendSetEepromMaintenance(PipeWriter& writer, uint8_t address, uint8_t count, const uint8_t* data,
                               uint16_t* resultCode) {
+    if (data == nullptr && count != 0) return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
     CommandFrame frame(command::setEepromMaintenance, count);
     return frame.byte(address).byte(count).bytes(data, count).send(writer, resultCode);
 }
 
 bool sendSetPrinterUniqueString(PipeWriter& writer, const uint8_t* text, uint8_t count, uint16_t* resultCode) {
-    if (count == 0 || count > uniqueStringLimit) return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
+    if (text == nullptr || count == 0 || count > ZPRUSB_INFO_UNIQUE_STRING_SIZE) {
+        return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
+    }
     CommandFrame frame(command::setPrinterUniqueString, count);
     return frame.byte(count).bytes(text, count).send(writer, resultCode);
 }
@@ -149,7 +150,9 @@ bool sendGetMaintenanceData(PipeWriter& writer, uint8_t first, uint8_t second, u
 }
 
 bool sendUniversal(PipeWriter& writer, const uint8_t* data, uint8_t count, uint16_t* resultCode) {
-    if (count == 0 || count > universalLimit) return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
+    if (data == nullptr || count == 0 || count > ZPRUSB_MAX_UNIVERSAL_SIZE) {
+        return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
+    }
     return CommandFrame(command::universal, count).bytes(data, count).send(writer, resultCode);
 }
 

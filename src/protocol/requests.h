@@ -48,9 +48,11 @@ bool sendGetFirmwareInfo(PipeWriter& writer, uint8_t component, uint16_t* result
 bool sendUpdate(PipeWriter& writer, uint8_t target, uint32_t start, uint32_t length, uint16_t* resultCode);
 
 bool sendGetEepromMaintenance(PipeWriter& writer, uint8_t address, uint8_t count, uint16_t* resultCode);
+/// @param data not null unless count is 0, otherwise refused.
 bool sendSetEepromMaintenance(PipeWriter& writer, uint8_t address, uint8_t count, const uint8_t* data,
                               uint16_t* resultCode);
 
+/// @param text not null, otherwise refused.
 /// @param count 1 to 23, otherwise refused.
 bool sendSetPrinterUniqueString(PipeWriter& writer, const uint8_t* text, uint8_t count, uint16_t* resultCode);
 
@@ -60,6 +62,7 @@ bool sendSetMaintenanceParams(PipeWriter& writer, const uint16_t (&values)[maint
 
 bool sendGetMaintenanceData(PipeWriter& writer, uint8_t first, uint8_t second, uint16_t* resultCode);
 
+/// @param data not null, otherwise refused.
 /// @param count 1 to 247, otherwise refused.
 bool sendUniversal(PipeWriter& writer, const uint8_t* data, uint8_t count, uint16_t* resultCode);
 

@@ -106,4 +106,9 @@ bool receiveCountedPayload(PipeReader& reader, Payload& payload, uint8_t& count,
     return true;
 }
 
+bool dropAnswer(PipeReader& reader, uint16_t* resultCode) {
+    Answer answer;
+    return device::directRead(reader, answer.bytes.data(), answer.count, resultCode);
+}
+
 }  // namespace protocol

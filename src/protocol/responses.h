@@ -33,4 +33,8 @@ bool receivePayload(PipeReader& reader, Payload& payload, uint16_t* resultCode);
 /// @param count receives the low byte of the announced length.
 bool receiveCountedPayload(PipeReader& reader, Payload& payload, uint8_t& count, uint16_t* resultCode);
 
+/// Reads any answer directly on the calling thread, without a time limit, and does not look at it: that there
+/// was one is what counts.
+bool dropAnswer(PipeReader& reader, uint16_t* resultCode);
+
 }  // namespace protocol
