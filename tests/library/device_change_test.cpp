@@ -2,6 +2,7 @@
 
 #include "calls.h"
 #include "open_printer.h"
+#include "operations.h"
 #include "platform/thread.h"
 
 namespace {
@@ -41,6 +42,10 @@ TEST_F(PluggedPrinters, areDeselectedAndClosedWhenTheyAreUnplugged) {
     const uint8_t data = 1;
     const uint32_t length = 1;
     EXPECT_EQ(codeOf(zprusb_write, &data, &length), ZPRUSB_COMMUNICATION);
+    for (const Operation& operation : operations) {
+        const uint16_t expected = operation.reserves ? ZPRUSB_NO_PRINTER : ZPRUSB_COMMUNICATION;
+        EXPECT_EQ(codeOf(operation.call), expected) << operation.name;
+    }
     expectPipesClosed(0, 1);
     EXPECT_EQ(listPrinters(), Bytes{1});
     EXPECT_EQ(zprusb_selectPrinter(1, nullptr), 1u);

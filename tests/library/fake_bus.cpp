@@ -14,11 +14,6 @@ void append(Bytes& bytes, uint32_t value, int count) {
     for (int i = 0; i < count; ++i) bytes.push_back(static_cast<uint8_t>(value >> (8 * i)));
 }
 
-bool isRequest(const Bytes& piece) {
-    if (piece.size() == 16 && piece[2] == 'Z') return true;
-    return piece.size() >= 4 && piece.size() == 4u + piece[2] + 0x100u * piece[3];
-}
-
 CommandId commandOf(const Bytes& request) {
     return {request[0], request[1]};
 }
@@ -31,6 +26,11 @@ Bytes answer(uint8_t kind, uint8_t error, uint8_t group, uint8_t detail, uint8_t
 }
 
 }  // namespace
+
+bool isRequest(const Bytes& piece) {
+    if (piece.size() == 16 && piece[2] == 'Z') return true;
+    return piece.size() >= 4 && piece.size() == 4u + piece[2] + 0x100u * piece[3];
+}
 
 Bytes countingBytes(size_t count, uint8_t start) {
     Bytes bytes(count);

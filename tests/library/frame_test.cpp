@@ -5,6 +5,7 @@
 #include "api/internal.h"
 #include "calls.h"
 #include "open_printer.h"
+#include "operations.h"
 
 namespace {
 
@@ -17,19 +18,19 @@ const uint8_t byte = 1;
 const uint32_t one = 1;
 
 /// Every entry point that acts on the calling thread's object and gives a result code.
-const Entry entries[] = {
-    {"setPrinterInfo", [](uint16_t* code) { return zprusb_setPrinterInfo(20, &byte, &one, code); }},
-    {"status", zprusb_status},
-    {"checkMediaInfo", [](uint16_t* code) { return zprusb_checkMediaInfo(0xF1, 1, 1, code); }},
-    {"resetCounter", [](uint16_t* code) { return zprusb_resetCounter(1, code); }},
-    {"copies", [](uint16_t* code) { return zprusb_copies(1, code); }},
-    {"startpage", [](uint16_t* code) { return zprusb_startpage(nullptr, code); }},
-    {"startpagelong", [](uint16_t* code) { return zprusb_startpagelong(nullptr, 0, code); }},
-    {"write", [](uint16_t* code) { return zprusb_write(&byte, &one, code); }},
-    {"endpage", zprusb_endpage},
-    {"blinkLED", zprusb_blinkLED},
-    {"resetPrinter", zprusb_resetPrinter},
-};
+const std::vector<Entry> entries = [] {
+    std::vector<Entry> all{
+        {"status", zprusb_status},
+        {"checkMediaInfo", [](uint16_t* code) { return zprusb_checkMediaInfo(0xF1, 1, 1, code); }},
+        {"copies", [](uint16_t* code) { return zprusb_copies(1, code); }},
+        {"startpage", [](uint16_t* code) { return zprusb_startpage(nullptr, code); }},
+        {"startpagelong", [](uint16_t* code) { return zprusb_startpagelong(nullptr, 0, code); }},
+        {"write", [](uint16_t* code) { return zprusb_write(&byte, &one, code); }},
+        {"endpage", zprusb_endpage},
+    };
+    for (const Operation& operation : operations) all.push_back({operation.name, operation.call});
+    return all;
+}();
 
 struct OpenPrinters : OpenPrinter {
     OpenPrinters() : OpenPrinter(3) {}

@@ -26,43 +26,6 @@ PageParameters samplePage() {
 using Code = uint16_t*;
 using Writer = PipeWriter&;
 
-struct Request {
-    bool (*send)(Writer writer, Code code);
-    Bytes expected;
-};
-
-const Request requests[] = {
-    {[](Writer w, Code c) { return sendPrint(w, samplePage(), c); },
-     {1, 0x40, 14, 0, 0xA7, 0x02, 0x03, 0x45, 0x23, 0x78, 0x56, 0xF3, 0x06, 0, 0x07, 0x08, 0x09, 0x0A}},
-    {[](Writer w, Code c) {
-         return sendPrintExplicit(w, {0x0105, 0x0203, 0x0405, 0x0607, 8, 9, 11}, c);
-     },
-     {1, 0x40, 14, 0, 0x05, 0x03, 0x02, 0x05, 0x04, 0x07, 0x06, 8, 9, 11, 200, 0, 200, 0}},
-    {sendFlashLed, {3, 0x40, 0, 0}},
-    {[](Writer w, Code c) { return sendReset(w, 4, c); }, {4, 0x40, 1, 0, 4}},
-    {[](Writer w, Code c) { return sendOperationButton(w, 2, c); }, {6, 0x40, 1, 0, 2}},
-    {sendResetErrorLog, {7, 0x40, 0, 0}},
-    {[](Writer w, Code c) { return sendSetPrinterParameter(w, 1, 0x01020304, c); },
-     {8, 0x40, 5, 0, 1, 4, 3, 2, 1}},
-    {sendGetStatus, {1, 0, 0, 0}},
-    {sendGetMediaInfo, {2, 0, 0, 0}},
-    {sendGetModelName, {3, 0, 0x5A, 0x50, 0x52, 0x46, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}},
-    {sendGetErrorLog, {4, 0, 0, 0}},
-    {[](Writer w, Code c) { return sendSelfDiagnosis(w, 5, 6, 7, c); }, {1, 0xC0, 3, 0, 5, 6, 7}},
-    {sendGetSelfDiagnosisResults, {2, 0xC0, 0, 0}},
-    {[](Writer w, Code c) { return sendGetFirmwareInfo(w, 7, c); }, {3, 0xC0, 1, 0, 7}},
-    {[](Writer w, Code c) { return sendUpdate(w, 3, 0x0A0B0C0D, 1536, c); },
-     {4, 0xC0, 9, 0, 3, 0x0D, 0x0C, 0x0B, 0x0A, 0, 6, 0, 0}},
-    {[](Writer w, Code c) { return sendGetEepromMaintenance(w, 0x60, 4, c); }, {5, 0xC0, 2, 0, 0x60, 4}},
-    {[](Writer w, Code c) {
-         return sendSetMaintenanceParams(w, {0x0102, 0x0304, 5, 6, 7, 0x0809}, c);
-     },
-     {8, 0xC0, 26, 0, 2, 1, 4, 3, 5, 0, 6, 0, 7, 0, 9, 8, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}},
-    {[](Writer w, Code c) { return sendGetMaintenanceData(w, 5, 6, c); }, {9, 0xC0, 2, 0, 5, 6}},
-    {[](Writer w, Code c) { return sendMaintenancePermission(w, 0x64, 4, c); }, {2, 0x80, 2, 0, 0x64, 4}},
-    {sendGetPrinterUniqueString, {3, 0x80, 0, 0}},
-};
-
 /// A request that carries bytes of the caller's, and the counts that it accepts.
 struct CountedRequest {
     bool (*send)(Writer writer, const uint8_t* data, uint8_t count, Code code);
@@ -91,28 +54,6 @@ Bytes join(Bytes bytes, const Bytes& more) {
 }
 
 }  // namespace
-
-TEST(Requests, areWrittenInOnePieceByteForByte) {
-    RequestPipe pipe;
-    for (const Request& request : requests) {
-        uint16_t code = 1;
-        ASSERT_TRUE(request.send(pipe.writer, &code));
-        EXPECT_EQ(code, 0);
-        EXPECT_EQ(pipe.next(), request.expected);
-        ASSERT_TRUE(request.send(pipe.writer, nullptr));
-        EXPECT_EQ(pipe.next(), request.expected);
-    }
-    EXPECT_TRUE(pipe.endsHere());
-}
-
-TEST(Requests, thatCannotBeWrittenFailWith2600) {
-    PipeWriter none;
-    for (const Request& request : requests) {
-        uint16_t code = 1;
-        EXPECT_FALSE(request.send(none, &code)) << testing::PrintToString(request.expected);
-        EXPECT_EQ(code, 2600);
-    }
-}
 
 TEST(Requests, carryTheCallersBytesOrRefuseTheirCount) {
     RequestPipe pipe;
