@@ -139,18 +139,17 @@ TEST_F(OpenPrinters, areAskedFourTimesWhileTheyRefuse) {
 }
 
 TEST_F(OpenPrinters, haveCopiesSetAndPagesEndedWhileAnotherThreadWaitsForAnAnswer) {
-    std::latch asked{1}, answer{1};
+    std::promise<void> answer;
     bus[0].answer(getStatus, [&](const Bytes&) {
-        asked.count_down();
-        answer.wait();
+        answer.get_future().wait();
         return normalAnswer(statusPayload());
     });
     auto status = std::async(std::launch::async, [] { return codeOf(zprusb_status); });
-    asked.wait();
+    EXPECT_EQ(bus[0].pieces(1).size(), 1u);
     EXPECT_EQ(codeOf(zprusb_copies, uint16_t{5}), ZPRUSB_SUCCESS);
     EXPECT_EQ(codeOf(zprusb_endpage), ZPRUSB_SUCCESS);
     EXPECT_EQ(status.wait_for(std::chrono::seconds(0)), std::future_status::timeout);
-    answer.count_down();
+    answer.set_value();
     EXPECT_EQ(status.get(), ZPRUSB_SUCCESS);
 }
 
