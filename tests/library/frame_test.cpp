@@ -1,11 +1,11 @@
 #include <atomic>
 #include <future>
-#include <latch>
 
 #include "api/internal.h"
 #include "calls.h"
 #include "open_printer.h"
 #include "operations.h"
+#include "support/latch.h"
 
 namespace {
 
@@ -88,16 +88,17 @@ TEST(EntryPoints, selectAndListNothingBeforeOpening) {
 TEST(Threads, areBoundToAsManyObjectsAsThereAreAndNoFurtherOne) {
     FakeBus bus(3);
     ASSERT_EQ(zprusb_MakeObject(100), 1u);
-    std::latch selected{100}, checked{100}, leave{1};
+    Latch selected{100}, checked{100}, leave{1};
     std::vector<std::jthread> threads;
     for (uint8_t thread = 0; thread < 100; ++thread) {
         threads.emplace_back([&, number = static_cast<uint8_t>(thread % 3)] {
             EXPECT_EQ(codeOf(zprusb_open), ZPRUSB_SUCCESS);
             EXPECT_EQ(zprusb_selectPrinter(number, nullptr), number);
-            selected.arrive_and_wait();
+            selected.countDown();
+            selected.wait();
             EXPECT_EQ(selectedPrinter(), number);
             EXPECT_EQ(codeOf(zprusb_status), ZPRUSB_SUCCESS);
-            checked.count_down();
+            checked.countDown();
             leave.wait();
             zprusb_close();
         });
@@ -106,7 +107,7 @@ TEST(Threads, areBoundToAsManyObjectsAsThereAreAndNoFurtherOne) {
     EXPECT_EQ(objectCounts(), std::pair(100, 100));
     EXPECT_EQ(codeOf(zprusb_open), ZPRUSB_NO_OBJECT);
     for (const Entry& entry : entries) EXPECT_EQ(codeOf(entry.call), ZPRUSB_NO_OBJECT) << entry.name;
-    leave.count_down();
+    leave.countDown();
     threads.clear();
     EXPECT_EQ(objectCounts(), std::pair(0, 1));
 }

@@ -5,12 +5,12 @@
 
 #include <cstring>
 #include <iostream>
-#include <latch>
 
 #include "fake_control_library.h"
 #include "fake_pipe.h"
 #include "platform/module.h"
 #include "platform/thread.h"
+#include "support/latch.h"
 #include "support/system.h"
 
 namespace fs = std::filesystem;
@@ -38,7 +38,7 @@ struct Library {
     platform::ModuleHandle module;
 };
 
-std::latch deviceChecked{1};
+Latch deviceChecked{1};
 
 /// One printer, to which nothing is sent.
 const FakeControlFunctions idlePrinter{
@@ -54,7 +54,7 @@ const FakeControlFunctions idlePrinter{
     [](uint64_t) {},
     [](uint32_t) { return ~uint64_t{0}; },
     [](uint64_t) {
-        if (!deviceChecked.try_wait()) deviceChecked.count_down();
+        deviceChecked.countDown();
         return uint32_t{1};
     },
 };
