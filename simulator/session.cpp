@@ -29,6 +29,22 @@ std::optional<Fault> dueFault(Printer& printer, const Bytes& request) {
     return printer.faults.dueAtCommand(static_cast<uint16_t>(numberAt(request, 0, 2)));
 }
 
+// No more, when somebody has plugged it in or pulled its plug in the meantime.
+bool isAbsentUntil(Printer& printer, Clock::time_point time) {
+    const std::lock_guard lock(printer.mutex);
+    return printer.absentUntil == time;
+}
+
+// The thread outlives the session, as hosts close a printer that is gone; it touches nothing that ends with the
+// process.
+void announceReturn(std::weak_ptr<Printer> absent, Clock::time_point time) {
+    startThread([=] {
+        while (Clock::now() < time) std::this_thread::sleep_until(time);  // which may end early on Windows
+        const std::shared_ptr<Printer> printer = absent.lock();
+        if (printer && isAbsentUntil(*printer, time)) notifyDeviceChange();
+    }).detach();
+}
+
 }  // namespace
 
 Session::Session(std::shared_ptr<Printer> printer)
@@ -111,14 +127,17 @@ bool Session::interruptData(const Fault& fault) {
 }
 
 void Session::breakLink(const Fault& fault) {
-    if (fault.action != FaultAction::closePipe) {
+    if (fault.action == FaultAction::closePipe) return channel_.end();
+    const bool returns = fault.action == FaultAction::replug;
+    const Clock::time_point back = returns ? Clock::now() + fault.duration : Clock::time_point::max();
+    {
         const std::lock_guard lock(printer_->mutex);
-        const bool returns = fault.action == FaultAction::replug;
-        printer_->absentUntil = returns ? Clock::now() + fault.duration : Clock::time_point::max();
+        printer_->absentUntil = back;
         unplugged_ = true;
     }
     channel_.end();
-    if (unplugged_) notifyDeviceChange();
+    notifyDeviceChange();
+    if (returns) announceReturn(printer_, back);
 }
 
 }  // namespace simulator
