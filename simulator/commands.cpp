@@ -2,23 +2,13 @@
 
 #include <algorithm>
 
+#include "maintenance.h"
 #include "page.h"
 #include "settings.h"
+#include "update.h"
 
 namespace simulator {
 namespace {
-
-Reply withPayload(Bytes payload) {
-    Reply reply;
-    reply.answer.payload = std::move(payload);
-    return reply;
-}
-
-void appendPadded(Bytes& bytes, std::string_view text, size_t size) {
-    const size_t end = bytes.size() + size;
-    bytes.insert(bytes.end(), text.begin(), text.begin() + static_cast<ptrdiff_t>(std::min(text.size(), size)));
-    bytes.resize(end, 0);
-}
 
 Reply getStatus(Printer& printer, ByteView) {
     constexpr size_t size = 48, jobNumberAt = 24, busyAt = 32, busyToo = 39;
@@ -72,20 +62,6 @@ Reply getFirmwareInfo(Printer&, ByteView request) {
     return withPayload(std::move(payload));
 }
 
-Reply getEepromMaintenance(Printer& printer, ByteView request) {
-    if (!isInMemory(printer, request)) return {refuse(Refusal::outOfRange)};
-    const auto begin = printer.memory.begin() + request[0];
-    return withPayload(Bytes(begin, begin + request[1]));
-}
-
-Reply getMaintenanceData(Printer& printer, ByteView selectors) {
-    constexpr size_t size = 38;
-    Bytes payload(selectors.begin(), selectors.end());
-    appendNumber(payload, printer.printedPages, 4);
-    appendPadded(payload, "SIMULATION", size - payload.size());
-    return withPayload(std::move(payload));
-}
-
 Reply getPrinterUniqueString(Printer& printer, ByteView) {
     Bytes payload;
     appendPadded(payload, printer.uniqueString, uniqueStringSize);
@@ -107,11 +83,16 @@ constexpr Command commands[] = {
     {0x4008, "SetPrinterParameter", {5, 5}, setPrinterParameter},
     {0x8002, "MaintenancePermission", {2, 2}, maintenancePermission},
     {0x8003, "GetPrinterUniqueString", {}, getPrinterUniqueString},
+    {0xC001, "SelfDiagnosis", {3, 3}, selfDiagnosis},
+    {0xC002, "GetSelfDiagnosisResults", {}, getSelfDiagnosisResults},
     {0xC003, "GetFirmwareInfo", {1, 1}, getFirmwareInfo},
+    {0xC004, "Update", {9, 9}, update},
     {0xC005, "GetEepromMaintenance", {2, 2}, getEepromMaintenance},
     {0xC006, "SetEepromMaintenance", {2, 257, 1}, setEepromMaintenance},
     {0xC007, "SetPrinterUniqueString", {1, 1 + uniqueStringSize, 0}, setPrinterUniqueString},
+    {0xC008, "SetMaintenanceParams", {26, 26}, setMaintenanceParams},
     {0xC009, "GetMaintenanceData", {2, 2}, getMaintenanceData},
+    {0xC0FF, "Universal", {1, 247}, universal},
 };
 
 // The request for the model name is older than the frame: where others have their payload's length it has the
@@ -130,6 +111,12 @@ Reply answerOf(Printer& printer, ByteView request) {
 }
 
 }  // namespace
+
+Reply withPayload(Bytes payload) {
+    Reply reply;
+    reply.answer.payload = std::move(payload);
+    return reply;
+}
 
 bool PayloadRule::allows(ByteView payload) const {
     if (payload.size() < least || payload.size() > most) return false;

@@ -26,6 +26,8 @@ struct Reply {
     std::optional<DataTransfer> transfer{};
 };
 
+Reply withPayload(Bytes payload);
+
 /// How long a payload may be.
 struct PayloadRule {
     static constexpr size_t notCounted = ~size_t{0};

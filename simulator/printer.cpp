@@ -27,6 +27,10 @@ std::optional<Status> statusOf(std::string_view condition, uint8_t group, uint8_
     return Status{found->statusNumber};
 }
 
+std::string_view conditionOf(const Status& status) {
+    return std::ranges::find(conditions, status.number, &Condition::statusNumber)->name;
+}
+
 Printer::Printer(PrinterSetup initial)
     : setup(std::move(initial)), uniqueString(setup.uniqueString), jobNumber(setup.jobNumber) {
     for (size_t i = 0; i < counterCount; ++i) storeCounter(*this, i, setup.counters[i]);
@@ -46,12 +50,19 @@ void Printer::setCondition(Status status) {
 }
 
 void Printer::countPrints(uint32_t prints) {
-    for (size_t i = 0; i < counterCount; ++i) {
-        storeCounter(*this, i, numberAt(memory, counterAddresses[i], counterSize) + prints);
-    }
+    const auto before = counters();
+    for (size_t i = 0; i < counterCount; ++i) storeCounter(*this, i, before[i] + prints);
+}
+
+std::array<uint32_t, counterCount> Printer::counters() const {
+    std::array<uint32_t, counterCount> values{};
+    std::ranges::transform(counterAddresses, values.begin(),
+                           [&](uint8_t address) { return numberAt(memory, address, counterSize); });
+    return values;
 }
 
 void Printer::rememberRequest(const Bytes& request) {
+    ++requestCount;
     requests.push_back(request);
     if (requests.size() > keptRequests) requests.pop_front();
 }

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <deque>
 #include <filesystem>
+#include <map>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -35,6 +36,8 @@ constexpr uint8_t statusDeviceError = conditions[5].statusNumber;
 
 /// The status of a condition; only a device error keeps its group and detail.
 std::optional<Status> statusOf(std::string_view condition, uint8_t group, uint8_t detail);
+
+std::string_view conditionOf(const Status& status);
 
 /// One size that a printer offers. All lengths are in 1/100 mm.
 struct MediaSize {
@@ -68,6 +71,37 @@ struct PrinterSetup {
     std::chrono::milliseconds dataTimeout{10'000};
 };
 
+/// A part of the maintenance memory.
+struct MemoryRange {
+    size_t address = 0;
+    size_t count = 0;
+
+    size_t end() const { return address + count; }
+    bool covers(const MemoryRange& other) const { return address <= other.address && other.end() <= end(); }
+};
+
+/// Leave to write; it is good for the very next request only.
+struct WritePermission {
+    MemoryRange range;
+    uint64_t request = 0;  // which one gave it
+};
+
+struct Diagnosis {
+    uint8_t kind = 0;
+    std::array<uint8_t, 2> parameters{};
+    Status status;  // of the printer, when it was made
+
+    bool passed() const { return status.number == statusReady || status.number == statusPrinting; }
+};
+
+/// What the host has sent for one target: a tone curve or a firmware image.
+struct Update {
+    uint32_t start = 0;
+    Bytes data;
+};
+
+constexpr size_t maintenanceParamCount = 6;
+
 struct Printer {
     explicit Printer(PrinterSetup initial);
 
@@ -76,6 +110,14 @@ struct Printer {
     std::mutex mutex;  // guards everything below
     std::condition_variable pageEnded;
     std::array<uint8_t, 256> memory{};  // the maintenance memory; it holds the counters
+    std::optional<WritePermission> writePermission;
+    std::array<uint16_t, maintenanceParamCount> maintenanceParams{};
+    std::optional<Diagnosis> diagnosis;  // the last one
+    uint8_t operationButton = 0;         // as these two were set; 0 before that
+    uint32_t parameter = 0;
+    std::map<uint8_t, Update> updates;  // those that came whole, by their target
+    uint32_t ledFlashes = 0;
+    uint32_t resets = 0;
     Status condition;
     std::deque<Status> errorLog;  // the newest first
     std::string uniqueString;
@@ -84,6 +126,7 @@ struct Printer {
     Clock::time_point absentUntil;  // unplugged before that
     FaultList faults;
     std::deque<Bytes> requests;  // those that nobody has taken yet
+    uint64_t requestCount = 0;   // all that ever came
     uint32_t printedPages = 0;
     uint32_t endedPages = 0;  // with those whose data were not complete
     std::filesystem::path lastPage;
@@ -92,6 +135,7 @@ struct Printer {
     void setCondition(Status status);
     bool isPresent() const { return Clock::now() >= absentUntil; }
     void countPrints(uint32_t prints);
+    std::array<uint32_t, counterCount> counters() const;
     void rememberRequest(const Bytes& request);
 };
 

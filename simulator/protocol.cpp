@@ -1,5 +1,7 @@
 #include "protocol.h"
 
+#include <algorithm>
+
 namespace simulator {
 
 uint32_t numberAt(ByteView bytes, size_t offset, size_t size) {
@@ -10,6 +12,12 @@ uint32_t numberAt(ByteView bytes, size_t offset, size_t size) {
 
 void appendNumber(Bytes& bytes, uint32_t number, size_t size) {
     for (size_t i = 0; i < size; ++i) bytes.push_back(static_cast<uint8_t>(number >> 8 * i));
+}
+
+void appendPadded(Bytes& bytes, std::string_view text, size_t size) {
+    const size_t end = bytes.size() + size;
+    bytes.insert(bytes.end(), text.begin(), text.begin() + static_cast<ptrdiff_t>(std::min(text.size(), size)));
+    bytes.resize(end, 0);
 }
 
 Bytes Answer::encode() const {

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string_view>
 #include <vector>
 
 namespace simulator {
@@ -20,6 +21,9 @@ uint32_t numberAt(ByteView bytes, size_t offset, size_t size);
 
 void appendNumber(Bytes& bytes, uint32_t number, size_t size);
 
+/// Appends exactly `size` bytes: the text, cut off or filled up with zeros.
+void appendPadded(Bytes& bytes, std::string_view text, size_t size);
+
 /// What a printer says about itself. Group and detail belong to a device error.
 struct Status {
     uint8_t number = 0;
@@ -28,7 +32,13 @@ struct Status {
 };
 
 /// Why a request is refused, as error number of the answer.
-enum class Refusal : uint8_t { unknownCommand = 0x01, wrongLength = 0x02, outOfRange = 0x03 };
+enum class Refusal : uint8_t {
+    unknownCommand = 0x01,
+    wrongLength = 0x02,
+    outOfRange = 0x03,
+    notPermitted = 0x04,
+    noResults = 0x36,
+};
 
 struct Answer {
     static constexpr uint8_t normalKind = 1;

@@ -1,35 +1,39 @@
 #include "settings.h"
 
-#include <algorithm>
+#include "update.h"
 
 namespace simulator {
 namespace {
 
 constexpr uint8_t resetPrinter = 3;
-constexpr uint8_t resetToneCurve = 4;
+constexpr uint8_t resetToneCurves = 4;
 constexpr uint8_t onlyParameter = 1;
-
-Reply acknowledgeIf(bool inRange) {
-    return inRange ? Reply{} : Reply{refuse(Refusal::outOfRange)};
-}
 
 }  // namespace
 
-bool isInMemory(const Printer& printer, ByteView addressAndCount) {
-    return size_t{addressAndCount[0]} + addressAndCount[1] <= printer.memory.size();
-}
-
-Reply flashLed(Printer&, ByteView) {
+Reply flashLed(Printer& printer, ByteView) {
+    ++printer.ledFlashes;
     return {};
 }
 
 Reply reset(Printer& printer, ByteView kind) {
-    if (kind[0] == resetPrinter) printer.printingUntil = {};
-    return acknowledgeIf(kind[0] == resetPrinter || kind[0] == resetToneCurve);
+    switch (kind[0]) {
+        case resetPrinter:
+            ++printer.resets;
+            printer.printingUntil = {};
+            return {};
+        case resetToneCurves:
+            for (const uint8_t target : toneCurveTargets) printer.updates.erase(target);
+            return {};
+        default:
+            return {refuse(Refusal::outOfRange)};
+    }
 }
 
-Reply operationButton(Printer&, ByteView setting) {
-    return acknowledgeIf(setting[0] == 1 || setting[0] == 2);
+Reply operationButton(Printer& printer, ByteView setting) {
+    if (setting[0] != 1 && setting[0] != 2) return {refuse(Refusal::outOfRange)};
+    printer.operationButton = setting[0];
+    return {};
 }
 
 Reply resetErrorLog(Printer& printer, ByteView) {
@@ -37,18 +41,9 @@ Reply resetErrorLog(Printer& printer, ByteView) {
     return {};
 }
 
-Reply setPrinterParameter(Printer&, ByteView numberAndValue) {
-    return acknowledgeIf(numberAndValue[0] == onlyParameter);
-}
-
-// The memory takes writes with and without a permission, as hosts send both.
-Reply maintenancePermission(Printer& printer, ByteView addressAndCount) {
-    return acknowledgeIf(isInMemory(printer, addressAndCount));
-}
-
-Reply setEepromMaintenance(Printer& printer, ByteView payload) {
-    if (!isInMemory(printer, payload)) return {refuse(Refusal::outOfRange)};
-    std::ranges::copy(payload.subspan(2), printer.memory.begin() + payload[0]);
+Reply setPrinterParameter(Printer& printer, ByteView payload) {
+    if (payload[0] != onlyParameter) return {refuse(Refusal::outOfRange)};
+    printer.parameter = numberAt(payload, 1, 4);
     return {};
 }
 

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "simulation.h"
+#include "state.h"
 
 using simulator::Printer;
 using simulator::Simulation;
@@ -29,6 +30,17 @@ uint32_t withPrinter(uint32_t number, Operation operation) {
     if (printer == nullptr) return 0;
     std::unique_lock lock(printer->mutex);
     return operation(*printer, lock);
+}
+
+// Text is cut off where it doesn't fit.
+uint32_t handOut(const std::string& text, char* place, uint32_t capacity) {
+    if (capacity > 0) std::snprintf(place, capacity, "%s", text.c_str());
+    return static_cast<uint32_t>(text.size());
+}
+
+uint32_t handOut(const simulator::Bytes& bytes, uint8_t* place, uint32_t capacity) {
+    std::copy_n(bytes.begin(), std::min<size_t>(bytes.size(), capacity), place);
+    return static_cast<uint32_t>(bytes.size());
 }
 
 }  // namespace
@@ -65,8 +77,7 @@ uint32_t zprusbsim_takeRequest(uint32_t number, uint8_t* bytes, uint32_t capacit
         if (printer.requests.empty()) return 0u;
         const simulator::Bytes request = std::move(printer.requests.front());
         printer.requests.pop_front();
-        std::copy_n(request.begin(), std::min<size_t>(request.size(), capacity), bytes);
-        return static_cast<uint32_t>(request.size());
+        return handOut(request, bytes, capacity);
     });
 }
 
@@ -85,8 +96,19 @@ uint32_t zprusbsim_waitForPages(uint32_t number, uint32_t pages, uint32_t millis
 uint32_t zprusbsim_lastPage(uint32_t number, char* path, uint32_t capacity) {
     return withPrinter(number, [=](Printer& printer, auto&) {
         const std::u8string text = printer.lastPage.u8string();
-        if (capacity > 0) std::snprintf(path, capacity, "%s", reinterpret_cast<const char*>(text.c_str()));
-        return static_cast<uint32_t>(text.size());
+        return handOut(std::string(text.begin(), text.end()), path, capacity);
+    });
+}
+
+uint32_t zprusbsim_state(uint32_t number, char* json, uint32_t capacity) {
+    return withPrinter(
+        number, [=](Printer& printer, auto&) { return handOut(simulator::describe(printer), json, capacity); });
+}
+
+uint32_t zprusbsim_update(uint32_t number, uint8_t target, uint8_t* bytes, uint32_t capacity) {
+    return withPrinter(number, [=](Printer& printer, auto&) {
+        const auto found = printer.updates.find(target);
+        return found == printer.updates.end() ? 0u : handOut(found->second.data, bytes, capacity);
     });
 }
 }

@@ -18,7 +18,8 @@
 /// - Functions return 1 for success and 0 for failure unless they say otherwise, and may be called from any
 ///   thread. Texts are UTF-8 and end with a zero.
 /// - Printers exist once per process and outlive SDKUsb_Close() as well as the unloading of the simulator.
-///   Counters, unique string, job number and faults stay until zprusbsim_configure() makes new printers.
+///   What they remember (see zprusbsim_state()) and their faults stay until zprusbsim_configure() makes new
+///   printers.
 #ifndef ZPRUSB_SIMULATOR_H
 #define ZPRUSB_SIMULATOR_H
 
@@ -81,6 +82,21 @@ uint32_t zprusbsim_waitForPages(uint32_t printer, uint32_t pages, uint32_t milli
 /// @param path receives the absolute path of the PNG file; it is cut off when it does not fit.
 /// @return the length of the path without its final zero, or 0 when there was no page.
 uint32_t zprusbsim_lastPage(uint32_t printer, char* path, uint32_t capacity);
+
+/// Tells all that the printer remembers, as a JSON object: "condition", "errorGroup", "errorDetail",
+/// "uniqueString", "jobNumber", "printedPages", "counters" (seven), "memory" (hexadecimal digits),
+/// "operationButton", "parameter" (these two 0 until they are set), "maintenanceParams" (six), "ledFlashes",
+/// "resets", "requests" (how many ever came), "diagnosis" (null, or the last one's "kind", "parameters" and
+/// "passed") and "updates" (of each target the "target", "start" and "length").
+/// @param json receives the text; it is cut off when it does not fit. May be null when `capacity` is 0.
+/// @return the length of the text without its final zero.
+uint32_t zprusbsim_state(uint32_t printer, char* json, uint32_t capacity);
+
+/// Copies the last update data that came whole for a target: 3 and 4 are the two tone curves, until they are
+/// reset; every other target is a firmware image.
+/// @param bytes receives at most `capacity` bytes of them; may be null when `capacity` is 0.
+/// @return their length, or 0 when there are none.
+uint32_t zprusbsim_update(uint32_t printer, uint8_t target, uint8_t* bytes, uint32_t capacity);
 
 #ifdef __cplusplus
 }

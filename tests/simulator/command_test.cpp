@@ -27,6 +27,25 @@ Bytes filled(size_t size, std::initializer_list<std::pair<size_t, uint8_t>> valu
     return bytes;
 }
 
+Json state() {
+    std::string json(zprusbsim_state(0, nullptr, 0) + 1, '\0');
+    zprusbsim_state(0, json.data(), static_cast<uint32_t>(json.size()));
+    json.pop_back();
+    return Json::parse(json);
+}
+
+Bytes updateRequest(uint8_t target, uint8_t start, uint32_t length) {
+    Bytes request{0x04, 0xC0, 9, 0, target, start, 0, 0, 0};
+    for (int i = 0; i < 4; ++i) request.push_back(static_cast<uint8_t>(length >> 8 * i));
+    return request;
+}
+
+Bytes updateData(uint8_t target) {
+    Bytes data(zprusbsim_update(0, target, nullptr, 0));
+    zprusbsim_update(0, target, data.data(), static_cast<uint32_t>(data.size()));
+    return data;
+}
+
 TEST_F(Commands, AreAnsweredWithTheirPayloads) {
     configure({{"printers",
                 {{{"media", smallMedia},
@@ -68,6 +87,8 @@ TEST_F(Commands, AreAnsweredWithTheirPayloads) {
          {0x09, 0xC0, 2, 0, 3, 4},
          concatenate({3, 4, 0, 0, 0, 0}, padded("SIMULATION", 32))},
         {"GetPrinterUniqueString", {0x03, 0x80, 0, 0}, padded("Fotoecke", 23)},
+        {"Universal, shortest", {0xFF, 0xC0, 1, 0, 8}, {8}},
+        {"Universal, longest", concatenate({0xFF, 0xC0, 247, 0}, pattern(247)), pattern(247)},
     };
     const Host host;
     for (const auto& [name, request, payload] : cases) {
@@ -77,7 +98,7 @@ TEST_F(Commands, AreAnsweredWithTheirPayloads) {
 }
 
 TEST_F(Commands, AreRefusedWhenTheyAreUnknownOrMalformed) {
-    constexpr uint8_t unknown = 1, wrongLength = 2, outOfRange = 3;
+    constexpr uint8_t unknown = 1, wrongLength = 2, outOfRange = 3, notPermitted = 4, noResults = 0x36;
     const struct {
         const char* name;
         Bytes request;
@@ -91,8 +112,8 @@ TEST_F(Commands, AreRefusedWhenTheyAreUnknownOrMalformed) {
         {"payload too long", {0x03, 0xC0, 2, 0, 1, 1}, wrongLength},
         {"count that is not the number of bytes", {0x06, 0xC0, 5, 0, 0x64, 4, 1, 2, 3}, wrongLength},
         {"unique string without its count", {0x07, 0xC0, 0, 0}, wrongLength},
-        {"half a frame", {0x05, 0xC0, 2, 0, 0x60}, wrongLength},
-        {"half a header", {0x01, 0x00}, wrongLength},
+        {"universal command with nothing", {0xFF, 0xC0, 0, 0}, wrongLength},
+        {"universal command too long", concatenate({0xFF, 0xC0, 248, 0}, Bytes(248)), wrongLength},
         {"firmware component 0", {0x03, 0xC0, 1, 0, 0}, outOfRange},
         {"firmware component 8", {0x03, 0xC0, 1, 0, 8}, outOfRange},
         {"memory beyond its end", {0x05, 0xC0, 2, 0, 0xFD, 4}, outOfRange},
@@ -102,11 +123,31 @@ TEST_F(Commands, AreRefusedWhenTheyAreUnknownOrMalformed) {
         {"reset kind 2", {0x04, 0x40, 1, 0, 2}, outOfRange},
         {"operation button 3", {0x06, 0x40, 1, 0, 3}, outOfRange},
         {"printer parameter 2", {0x08, 0x40, 5, 0, 2, 0, 0, 0, 0}, outOfRange},
+        {"write without permission", {0x06, 0xC0, 3, 0, 0x64, 1, 1}, notPermitted},
+        {"results without diagnosis", {0x02, 0xC0, 0, 0}, noResults},
+        {"diagnosis of kind 0", {0x01, 0xC0, 3, 0, 0, 1, 1}, outOfRange},
+        {"diagnosis of kind 8", {0x01, 0xC0, 3, 0, 8, 1, 1}, outOfRange},
+        {"diagnosis with first parameter 0", {0x01, 0xC0, 3, 0, 2, 0, 1}, outOfRange},
+        {"diagnosis with first parameter 14", {0x01, 0xC0, 3, 0, 7, 14, 1}, outOfRange},
+        {"diagnosis with second parameter 6", {0x01, 0xC0, 3, 0, 3, 2, 6}, outOfRange},
+        {"tone curve of another length", updateRequest(3, 0, 1535), outOfRange},
+        {"tone curve with a start", updateRequest(4, 1, 1536), outOfRange},
+        {"empty firmware", updateRequest(1, 0, 0), outOfRange},
+        {"firmware beyond 16 MiB", updateRequest(1, 0, (16 << 20) + 1), outOfRange},
     };
     const Host host;
     for (const auto& [name, request, error] : cases) {
         SCOPED_TRACE(name);
         EXPECT_EQ(host.ask(request), refusal(error));
+        EXPECT_EQ(payloadOf(host.ask(getStatus)).size(), 48u);
+    }
+}
+
+TEST_F(Commands, WhoseBytesStopComingAreRefused) {
+    configure({{"dataTimeoutSeconds", 0.1}});
+    const Host host;
+    for (const Bytes& half : {Bytes{0x05, 0xC0, 2, 0, 0x60}, Bytes{0x01, 0x00}}) {
+        EXPECT_EQ(host.ask(half), refusal(2));
         EXPECT_EQ(payloadOf(host.ask(getStatus)).size(), 48u);
     }
 }
@@ -147,8 +188,8 @@ TEST_F(Commands, ThatChangeThePrinterAreAcknowledgedAndTakeEffect) {
         {0x08, 0x40, 5, 0, 1, 4, 3, 2, 1},
         {0x02, 0x80, 2, 0, 0x64, 4},
         {0x06, 0xC0, 6, 0, 0x64, 4, 0, 0, 0, 0},
-        {0x06, 0xC0, 2, 0, 0x60, 0},
         {0x07, 0xC0, 4, 0, 3, 'F', 'o', 'x'},
+        concatenate({0x08, 0xC0, 26, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}, Bytes(14)),
     };
     const Host host;
     for (const Bytes& request : requests)
@@ -156,6 +197,78 @@ TEST_F(Commands, ThatChangeThePrinterAreAcknowledgedAndTakeEffect) {
     EXPECT_EQ(payloadOf(host.ask({0x04, 0x00, 0, 0})), Bytes(61, 0));
     EXPECT_EQ(payloadOf(host.ask({0x05, 0xC0, 2, 0, 0x60, 8})), (Bytes{9, 0, 0, 0, 0, 0, 0, 0}));
     EXPECT_EQ(payloadOf(host.ask({0x03, 0x80, 0, 0})), padded("Fox", 23));
+    const Bytes maintenance = payloadOf(host.ask({0x09, 0xC0, 2, 0, 0, 0}));
+    EXPECT_EQ(Bytes(maintenance.begin() + 16, maintenance.end()),
+              concatenate({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}, Bytes(10)));
+
+    Json found = state();
+    EXPECT_EQ(found["memory"].get<std::string>().substr(0x60 * 2, 16), "0900000000000000");
+    found.erase("memory");
+    EXPECT_EQ(found, Json::parse(R"({
+        "condition": "cover open", "errorGroup": 0, "errorDetail": 0, "uniqueString": "Fox", "jobNumber": 0,
+        "printedPages": 0, "counters": [9, 0, 0, 0, 0, 0, 0], "operationButton": 2, "parameter": 16909060,
+        "maintenanceParams": [513, 1027, 1541, 2055, 2569, 3083], "ledFlashes": 1, "resets": 1,
+        "requests": 13, "diagnosis": null, "updates": []})"));
+}
+
+TEST_F(Commands, WriteTheMemoryOnlyRightAfterAPermissionForThosePlaces) {
+    const Bytes write{0x06, 0xC0, 4, 0, 0x64, 2, 7, 8};
+    const auto permission = [](uint8_t address, uint8_t count) {
+        return Bytes{0x02, 0x80, 2, 0, address, count};
+    };
+    const struct {
+        const char* name;
+        std::vector<Bytes> before;
+        bool permitted;
+    } cases[] = {
+        {"the same bytes", {permission(0x64, 2)}, true},
+        {"more bytes", {permission(0x60, 16)}, true},
+        {"bytes before", {permission(0x63, 2)}, false},
+        {"bytes after", {permission(0x65, 2)}, false},
+        {"not the last request", {permission(0x64, 2), getStatus}, false},
+        {"used up", {permission(0x64, 2), write}, false},
+    };
+    const Host host;
+    for (const auto& [name, before, permitted] : cases) {
+        SCOPED_TRACE(name);
+        for (const Bytes& request : before) EXPECT_EQ(host.ask(request)[0], 1);
+        EXPECT_EQ(host.ask(write), permitted ? acknowledgement() : refusal(4));
+    }
+}
+
+TEST_F(Commands, KeepTheResultsOfASelfDiagnosis) {
+    const Host host;
+    for (const Bytes& asked : {Bytes{1, 9, 9}, Bytes{3, 2, 5}, Bytes{7, 13, 0}, Bytes{4, 1, 3}}) {
+        const bool fails = asked[0] == 4;
+        if (fails) zprusbsim_setCondition(0, "device error", 6, 11);
+        const Bytes outcome = concatenate(asked, fails ? Bytes{2, 0x11, 6, 11} : Bytes{1, 0, 0, 0});
+        EXPECT_EQ(payloadOf(host.ask(concatenate({0x01, 0xC0, 3, 0}, asked))), outcome);
+        EXPECT_EQ(payloadOf(host.ask({0x02, 0xC0, 0, 0})), concatenate(outcome, padded("SIMULATION", 33)));
+        const Json expected{{"kind", asked[0]}, {"parameters", {asked[1], asked[2]}}, {"passed", !fails}};
+        EXPECT_EQ(state()["diagnosis"], expected);
+    }
+}
+
+TEST_F(Commands, ForUpdatesKeepWhatComesWhole) {
+    const Bytes curve = pattern(1536), image = pattern(100'000);
+    {
+        const Host host;
+        for (const uint8_t target : Bytes{3, 4}) {
+            EXPECT_EQ(host.ask(updateRequest(target, 0, 1536)), acknowledgement());
+            EXPECT_TRUE(host.send(curve));
+        }
+        EXPECT_EQ(host.ask(updateRequest(1, 5, 100'000)), acknowledgement());
+        EXPECT_TRUE(host.send(image));
+        host.ask(getStatus);  // answered when the data have been taken
+        EXPECT_EQ(state()["updates"], Json::parse(R"([{"target": 1, "start": 5, "length": 100000},
+            {"target": 3, "start": 0, "length": 1536}, {"target": 4, "start": 0, "length": 1536}])"));
+        EXPECT_EQ(updateData(4), curve);
+        EXPECT_EQ(host.ask({0x04, 0x40, 1, 0, 4}), acknowledgement());
+        EXPECT_TRUE(updateData(3).empty() && updateData(4).empty());
+        EXPECT_EQ(host.ask(updateRequest(1, 0, 50'000)), acknowledgement());
+        EXPECT_TRUE(host.send(curve));
+    }  // closed while the printer waits for the rest
+    EXPECT_EQ(updateData(1), image);
 }
 
 TEST_F(Commands, AreKeptAsTheyArrived) {
