@@ -108,7 +108,7 @@ TEST_F(Faults, BreakTheLinkWithinAPage) {
     for (const char* action : {"closePipe", "unplug"}) {
         SCOPED_TRACE(action);
         zprusbsim_plug(0);
-        configure({{"printers", {{{"media", smallMedia}}}}, {"dataTimeoutSeconds", 30}});
+        configure({{"printers", {{{"media", smallMedia}}}}});
         add({{"imageByte", 1000}, {"occurrence", 2}, {"action", action}});
         const Host host;
         ASSERT_EQ(host.ask(printRequest(1)), acknowledgement());

@@ -54,7 +54,7 @@ SimulatorTest::~SimulatorTest() {
 void SimulatorTest::configure(Json configuration) {
     const std::u8string path = folder.u8string();
     configuration["output"] = std::string(path.begin(), path.end());
-    if (!configuration.contains("dataTimeoutSeconds")) configuration["dataTimeoutSeconds"] = 0.2;
+    if (!configuration.contains("dataTimeoutSeconds")) configuration["dataTimeoutSeconds"] = 30;
     char error[ZPRUSBSIM_ERROR_SIZE] = "";
     ASSERT_EQ(zprusbsim_configure(configuration.dump().c_str(), error, sizeof error), 1u) << error;
 }

@@ -51,7 +51,8 @@ protected:
     SimulatorTest();
     ~SimulatorTest() override;
 
-    /// Makes printers that print into the folder and wait no longer than 0.2 s for image data.
+    /// Makes printers that print into the folder and, unless told otherwise, wait longer for data than even a
+    /// slow machine takes to send them.
     void configure(Json configuration = Json::object());
 
     std::filesystem::path folder;
