@@ -2,9 +2,8 @@
 
 #include "device/reservation.h"
 #include "printer/status.h"
-#include "protocol/requests.h"
+#include "protocol/exchange.h"
 #include "protocol/response_parser.h"
-#include "protocol/responses.h"
 #include "protocol/service_sizes.h"
 
 namespace printer {
@@ -17,38 +16,31 @@ constexpr uint8_t firstToneCurveTarget = 3;
 constexpr uint8_t toneCurves = 2;
 
 /// A printer that reports an error still gets the command; one that can't be reached doesn't.
-template <class Send>
-bool control(PrinterObject& printer, uint16_t* resultCode, Send send) {
+template <class... Parameters, class... Values>
+bool control(PrinterObject& printer, uint16_t* resultCode, bool (*send)(protocol::PipeWriter&, Parameters...),
+             const Values&... values) {
     const device::Reservation reservation = device::acquireDevice(printer, resultCode);
     if (!reservation) return false;
     uint16_t status = ZPRUSB_SUCCESS;
     queryStatus(printer, &status);
-    const bool done = !protocol::isUnreachable(status) && send(printer.writer) &&
-                      protocol::receiveAck(printer.reader, resultCode);
+    const bool done =
+        !protocol::isUnreachable(status) && protocol::perform(printer, resultCode, send, values...);
     return done || device::fail(ZPRUSB_COMMUNICATION, resultCode);
 }
 
 bool writeToneCurve(PrinterObject& printer, uint8_t target, const uint8_t* data, uint16_t* resultCode) {
-    return protocol::sendUpdate(printer.writer, target, 0, ZPRUSB_TONE_CURVE_SIZE, resultCode) &&
-           protocol::receiveAck(printer.reader, resultCode) &&
+    return protocol::perform(printer, resultCode, protocol::sendUpdate, target, 0, ZPRUSB_TONE_CURVE_SIZE) &&
            device::directWriteInChunks(printer.writer, data, ZPRUSB_TONE_CURVE_SIZE, resultCode);
-}
-
-bool forgetToneCurves(PrinterObject& printer, uint16_t* resultCode) {
-    return protocol::sendReset(printer.writer, resetToneCurves, resultCode) &&
-           protocol::receiveAck(printer.reader, resultCode);
 }
 
 }  // namespace
 
 bool blinkLed(PrinterObject& printer, uint16_t* resultCode) {
-    return control(printer, resultCode,
-                   [&](auto& writer) { return protocol::sendFlashLed(writer, resultCode); });
+    return control(printer, resultCode, protocol::sendFlashLed);
 }
 
 bool resetPrinter(PrinterObject& printer, uint16_t* resultCode) {
-    return control(printer, resultCode,
-                   [&](auto& writer) { return protocol::sendReset(writer, resetWholePrinter, resultCode); });
+    return control(printer, resultCode, protocol::sendReset, resetWholePrinter);
 }
 
 bool setToneCurve(PrinterObject& printer, uint8_t mode, const uint8_t* data, uint16_t* resultCode) {
@@ -58,8 +50,8 @@ bool setToneCurve(PrinterObject& printer, uint8_t mode, const uint8_t* data, uin
         return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
     }
     const auto target = static_cast<uint8_t>(firstToneCurveTarget + mode - 1);
-    const bool done =
-        mode == 0 ? forgetToneCurves(printer, resultCode) : writeToneCurve(printer, target, data, resultCode);
+    const bool done = mode == 0 ? protocol::perform(printer, resultCode, protocol::sendReset, resetToneCurves)
+                                : writeToneCurve(printer, target, data, resultCode);
     return done || device::fail(ZPRUSB_COMMUNICATION, resultCode);
 }
 

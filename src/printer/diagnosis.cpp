@@ -2,8 +2,7 @@
 
 #include <algorithm>
 
-#include "protocol/requests.h"
-#include "protocol/responses.h"
+#include "protocol/exchange.h"
 #include "protocol/service_sizes.h"
 
 namespace printer {
@@ -42,16 +41,15 @@ bool isPossible(uint8_t kind, uint8_t first, uint8_t second) {
 bool selfDiagnosis(PrinterObject& printer, uint8_t kind, uint8_t first, uint8_t second, uint16_t* resultCode) {
     if (!isPossible(kind, first, second)) return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
     if (kind == kindWithoutParameters) first = second = 0;
-    return protocol::sendSelfDiagnosis(printer.writer, kind, first, second, resultCode) &&
-           protocol::receiveAck(printer.reader, resultCode);
+    return protocol::perform(printer, resultCode, protocol::sendSelfDiagnosis, kind, first, second);
 }
 
 bool selfDiagnosisData(PrinterObject& printer, uint8_t kind, uint8_t first, uint8_t second, uint8_t* out,
                        uint16_t* resultCode) {
     if (out == nullptr) return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
     protocol::Payload payload;
-    if (!protocol::sendSelfDiagnosis(printer.writer, kind, first, second, resultCode)) return false;
-    if (!protocol::receivePayload(printer.reader, payload, resultCode)) return false;
+    if (!protocol::query(printer, payload, resultCode, protocol::sendSelfDiagnosis, kind, first, second))
+        return false;
     std::copy_n(payload.bytes.begin(), payload.count, out);
     return true;
 }
@@ -64,8 +62,7 @@ bool getSelfDiagnosisResults(PrinterObject& printer, uint8_t* out, uint32_t* len
     }
     uint16_t code = ZPRUSB_SUCCESS;
     protocol::Payload results;  // stays zero when the printer has none
-    const bool received = protocol::sendGetSelfDiagnosisResults(printer.writer, &code) &&
-                          protocol::receivePayload(printer.reader, results, &code);
+    const bool received = protocol::query(printer, results, &code, protocol::sendGetSelfDiagnosisResults);
     if (!received && code != ZPRUSB_CONDITION_2106) return device::fail(code, resultCode);
     *length = std::min(*length, uint32_t{ZPRUSB_DIAGNOSIS_RESULTS_SIZE});
     std::copy_n(results.bytes.begin(), *length, out);

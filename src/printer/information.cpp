@@ -6,9 +6,8 @@
 #include "printer/maintenance_memory.h"
 #include "printer/media.h"
 #include "printer/status.h"
-#include "protocol/requests.h"
+#include "protocol/exchange.h"
 #include "protocol/response_parser.h"
-#include "protocol/responses.h"
 
 namespace printer {
 
@@ -39,8 +38,7 @@ bool readFirmware(PrinterObject& printer, uint8_t* record) {
     *record++ = firmwareComponents;
     for (uint8_t component = 1; component <= firmwareComponents; ++component) {
         Payload payload;
-        if (!protocol::sendGetFirmwareInfo(printer.writer, component, nullptr)) return false;
-        if (!protocol::receivePayload(printer.reader, payload, nullptr)) return false;
+        if (!protocol::query(printer, payload, nullptr, protocol::sendGetFirmwareInfo, component)) return false;
         record = std::copy_n(payload.bytes.begin(), firmwareEntryLength, record);
     }
     return true;
@@ -89,8 +87,7 @@ bool readStatusBytes(PrinterObject& printer, uint8_t* record) {
 
 bool readUniqueString(PrinterObject& printer, uint8_t* record) {
     Payload payload;
-    if (!protocol::sendGetPrinterUniqueString(printer.writer, nullptr)) return false;
-    if (!protocol::receivePayload(printer.reader, payload, nullptr)) return false;
+    if (!protocol::query(printer, payload, nullptr, protocol::sendGetPrinterUniqueString)) return false;
     std::copy_n(payload.bytes.begin(), ZPRUSB_INFO_UNIQUE_STRING_SIZE, record);
     return true;
 }
@@ -98,8 +95,8 @@ bool readUniqueString(PrinterObject& printer, uint8_t* record) {
 bool readMaintenance(PrinterObject& printer, uint8_t* record) {
     Payload payload;
     if (!copyMaintenanceMemory(printer, maintenanceAddress, maintenanceLength, record)) return false;
-    if (!protocol::sendGetMaintenanceData(printer.writer, 0, 0, nullptr)) return false;
-    if (!protocol::receivePayload(printer.reader, payload, nullptr)) return false;
+    if (!protocol::query(printer, payload, nullptr, protocol::sendGetMaintenanceData, uint8_t{0}, uint8_t{0}))
+        return false;
     std::copy_n(payload.bytes.begin() + maintenanceDataOffset, maintenanceDataLength,
                 record + maintenanceLength);
     return true;
@@ -107,8 +104,7 @@ bool readMaintenance(PrinterObject& printer, uint8_t* record) {
 
 bool readErrorLog(PrinterObject& printer, uint8_t* record) {
     Payload payload;
-    if (!protocol::sendGetErrorLog(printer.writer, nullptr)) return false;
-    if (!protocol::receivePayload(printer.reader, payload, nullptr)) return false;
+    if (!protocol::query(printer, payload, nullptr, protocol::sendGetErrorLog)) return false;
     std::copy_n(payload.bytes.begin(), ZPRUSB_INFO_ERROR_LOG_SIZE, record);
     return true;
 }

@@ -4,7 +4,7 @@
 
 #include "device/reservation.h"
 #include "printer/maintenance_memory.h"
-#include "protocol/responses.h"
+#include "protocol/exchange.h"
 #include "protocol/service_sizes.h"
 
 namespace printer {
@@ -12,8 +12,7 @@ namespace printer {
 using protocol::Payload;
 
 bool resetErrorLog(PrinterObject& printer, uint16_t* resultCode) {
-    return protocol::sendResetErrorLog(printer.writer, resultCode) &&
-           protocol::receiveAck(printer.reader, resultCode);
+    return protocol::perform(printer, resultCode, protocol::sendResetErrorLog);
 }
 
 bool setEepromMaintenance(PrinterObject& printer, uint8_t address, const uint8_t* data, uint8_t count,
@@ -51,16 +50,15 @@ bool getModelName(PrinterObject& printer, uint16_t* resultCode) {
 
 bool setMaintenanceParams(PrinterObject& printer, const uint16_t (&values)[protocol::maintenanceParamCount],
                           uint16_t* resultCode) {
-    return protocol::sendSetMaintenanceParams(printer.writer, values, resultCode) &&
-           protocol::receiveAck(printer.reader, resultCode);
+    return protocol::perform(printer, resultCode, protocol::sendSetMaintenanceParams, values);
 }
 
 bool getMaintenanceData(PrinterObject& printer, uint8_t first, uint8_t second, uint8_t* out,
                         uint16_t* resultCode) {
     if (out == nullptr) return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
     Payload payload;
-    if (!protocol::sendGetMaintenanceData(printer.writer, first, second, resultCode)) return false;
-    if (!protocol::receivePayload(printer.reader, payload, resultCode)) return false;
+    if (!protocol::query(printer, payload, resultCode, protocol::sendGetMaintenanceData, first, second))
+        return false;
     std::copy_n(payload.bytes.begin(), ZPRUSB_MAINTENANCE_DATA_SIZE, out);
     return true;
 }

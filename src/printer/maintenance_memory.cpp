@@ -1,23 +1,19 @@
 #include "printer/maintenance_memory.h"
 
 #include "device/reservation.h"
-#include "protocol/requests.h"
+#include "protocol/exchange.h"
 
 namespace printer {
 
 bool readMaintenanceMemory(PrinterObject& printer, uint8_t address, uint8_t count, protocol::Payload& payload,
                            uint16_t* resultCode) {
-    return protocol::sendGetEepromMaintenance(printer.writer, address, count, resultCode) &&
-           protocol::receivePayload(printer.reader, payload, resultCode);
+    return protocol::query(printer, payload, resultCode, protocol::sendGetEepromMaintenance, address, count);
 }
 
 bool writeMaintenanceMemory(PrinterObject& printer, uint8_t address, const uint8_t* data, uint8_t count,
                             uint16_t* resultCode) {
-    if (protocol::sendMaintenancePermission(printer.writer, address, count, nullptr)) {
-        protocol::receiveAck(printer.reader, nullptr);
-    }
-    return protocol::sendSetEepromMaintenance(printer.writer, address, count, data, resultCode) &&
-           protocol::receiveAck(printer.reader, resultCode);
+    protocol::perform(printer, nullptr, protocol::sendMaintenancePermission, address, count);
+    return protocol::perform(printer, resultCode, protocol::sendSetEepromMaintenance, address, count, data);
 }
 
 bool resetCounter(PrinterObject& printer, uint8_t counterNumber, uint16_t* resultCode) {

@@ -1,8 +1,7 @@
 #include "printer/media.h"
 
 #include "device/reservation.h"
-#include "protocol/requests.h"
-#include "protocol/responses.h"
+#include "protocol/exchange.h"
 
 namespace printer {
 
@@ -48,8 +47,7 @@ std::optional<MediaEntry> findMedia(const protocol::MediaTable& table, const Med
 
 std::optional<protocol::MediaTable> readMediaTable(PrinterObject& printer, uint16_t* resultCode) {
     protocol::Payload payload;
-    if (!protocol::sendGetMediaInfo(printer.writer, resultCode)) return std::nullopt;
-    if (!protocol::receivePayload(printer.reader, payload, resultCode)) return std::nullopt;
+    if (!protocol::query(printer, payload, resultCode, protocol::sendGetMediaInfo)) return std::nullopt;
     return protocol::MediaTable(payload);
 }
 

@@ -3,9 +3,8 @@
 #include <algorithm>
 
 #include "device/reservation.h"
+#include "protocol/exchange.h"
 #include "protocol/little_endian.h"
-#include "protocol/requests.h"
-#include "protocol/responses.h"
 
 namespace printer {
 
@@ -37,21 +36,18 @@ bool setOption22(PrinterObject& printer, const Value& value, uint16_t*) {
 bool setButton(PrinterObject& printer, const Value& value, uint16_t* resultCode) {
     const uint8_t setting = value.data[0];
     if (setting != 1 && setting != 2) return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
-    return protocol::sendOperationButton(printer.writer, setting, resultCode) &&
-           protocol::receiveAck(printer.reader, resultCode);
+    return protocol::perform(printer, resultCode, protocol::sendOperationButton, setting);
 }
 
 bool setParameter(PrinterObject& printer, const Value& value, uint16_t* resultCode) {
     constexpr uint8_t onlyParameter = 1;
     const uint32_t parameter = protocol::doubleWordAt(value.data);
-    return protocol::sendSetPrinterParameter(printer.writer, onlyParameter, parameter, resultCode) &&
-           protocol::receiveAck(printer.reader, resultCode);
+    return protocol::perform(printer, resultCode, protocol::sendSetPrinterParameter, onlyParameter, parameter);
 }
 
 bool storeUniqueString(PrinterObject& printer, const Value& value, uint16_t* resultCode) {
     const auto count = static_cast<uint8_t>(value.length);
-    return protocol::sendSetPrinterUniqueString(printer.writer, value.data, count, resultCode) &&
-           protocol::receiveAck(printer.reader, resultCode);
+    return protocol::perform(printer, resultCode, protocol::sendSetPrinterUniqueString, value.data, count);
 }
 
 bool setUniqueString(PrinterObject& printer, const Value& value, uint16_t* resultCode) {
