@@ -12,4 +12,14 @@ std::string ChildProcess::readLine() {
     return line;
 }
 
+std::string ChildProcess::readAll() {
+    std::string text;
+    uint8_t bytes[4096];
+    uint32_t count = 0;
+    while (platform::readPipe(output_.reader, bytes, sizeof bytes, count) && count > 0)
+        text.append(bytes, bytes + count);
+    std::erase(text, '\r');
+    return text;
+}
+
 }  // namespace test

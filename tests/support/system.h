@@ -12,8 +12,12 @@ namespace test {
 /// The file of the running test program.
 std::filesystem::path ownProgram();
 
-/// The file name that a library of this name has.
+/// The file name that a library or a program of this name has.
 std::string libraryFile(const std::string& name);
+std::string programFile(const std::string& name);
+
+/// For this process and all that it starts from now on.
+void setEnvironment(const char* name, const std::filesystem::path& value);
 
 /// @return null when it can't be loaded.
 void* openLibrary(const std::filesystem::path& file);
@@ -43,18 +47,29 @@ private:
     static void closeEnd(platform::PipeHandle& end);
 };
 
+/// Where a process runs, as far as it isn't where the test runs.
+struct Surroundings {
+    std::filesystem::path folder;
+    std::filesystem::path errors;  // the file that receives its standard error
+};
+
 /// A second process, which the test talks to over its standard input and output.
 class ChildProcess {
 public:
-    ChildProcess(const std::filesystem::path& program, const std::vector<std::string>& arguments);
+    /// @param arguments in UTF-8, without quotation marks in them.
+    ChildProcess(const std::filesystem::path& program, const std::vector<std::string>& arguments,
+                 const Surroundings& surroundings = {});
     ~ChildProcess();  ///< Kills it if need be.
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;
 
     std::string readLine();  ///< Without the line's end; empty when the child has ended.
+    std::string readAll();   ///< To the end, without carriage returns.
     void closeInput() { input_.closeWriter(); }
+    bool interrupt();  ///< As Ctrl-C or Ctrl-Break does; false where there is no console to do it on.
     void kill();
-    bool endedWell();  ///< Waits for the end.
+    int exitStatus();  ///< Waits for the end; -1 when it was another one than an exit.
+    bool endedWell() { return exitStatus() == 0; }
 
 private:
     Pipe input_;

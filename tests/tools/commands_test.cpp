@@ -9,12 +9,6 @@ using testing::AssertionFailure;
 using testing::AssertionResult;
 using testing::AssertionSuccess;
 
-AssertionResult contains(const std::string& text, const std::string& part) {
-    return text.find(part) != std::string::npos
-               ? AssertionSuccess()
-               : AssertionFailure() << "'" << part << "' is not in '" << text << "'";
-}
-
 /// One line that starts with the program's name.
 AssertionResult isSentence(const std::string& text) {
     const bool one = text.starts_with("zprusb: ") && text.find('\n') + 1 == text.size();
@@ -171,10 +165,15 @@ TEST_F(Commands, AFileThatIsNoGoodPictureIsRefusedInOneSentence) {
 TEST_F(Commands, HelpAndVersionNeedNoPrinter) {
     simulate(R"({"printers": []})");
     EXPECT_TRUE(zprusb({"--version"}).out.starts_with("zprusb 0."));
-    for (const char* command : {"list", "status", "info", "print"}) {
-        const Outcome outcome = zprusb({command, "--help"});
-        EXPECT_EQ(outcome.status, 0);
-        EXPECT_TRUE(contains(outcome.out, command));
+    const std::pair<const char*, std::vector<std::string>> commands[] = {
+        {"zprusb", {"list", "status", "watch", "info", "print", "set", "reset-counter", "blink", "reset"}},
+        {"zprusb-service", {"eeprom", "diagnose", "errorlog", "tonecurve", "maintenance", "universal", "raw"}}};
+    for (const auto& [program, words] : commands) {
+        for (const std::string& command : words) {
+            const Outcome outcome = run(program, {command, "--help"});
+            EXPECT_EQ(outcome.status, 0);
+            EXPECT_TRUE(contains(outcome.out, std::string(program) + " " + command));
+        }
     }
 }
 

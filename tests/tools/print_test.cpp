@@ -21,12 +21,15 @@ TEST_F(Print, APictureOfThePageSizeArrivesUnchanged) {
         for (uint32_t x = 0; x < picture.width; ++x)
             for (const uint32_t value : {x, y, (x * y) >> 4})
                 picture.pixels.push_back(static_cast<uint8_t>(value));
-    const Json report =
-        json({"print", write("bunt – цвет.png", png(picture)), "--size", "3x2", "--copies", "3"});
+    const Json report = json({"print", write("bunt – цвет.png", png(picture)), "--size", "3x2", "--copies", "3",
+                              "--option20", "2", "--option21", "300", "--option22", "0"});
     EXPECT_EQ(report["job"], 1);
     EXPECT_EQ(report["copies"], 3);
     EXPECT_EQ(report["media"]["code"], 241);
     EXPECT_EQ(printedSheet(1)["copies"], 3);
+    EXPECT_EQ(printedSheet(1)["option20"], 2);
+    EXPECT_EQ(printedSheet(1)["option21"], 300);
+    EXPECT_EQ(printedSheet(1)["option22"], 0);
     const Picture page = printedPage(1);
     EXPECT_EQ(page.width, picture.width);
     EXPECT_EQ(page.pixels == picture.pixels, true);

@@ -10,9 +10,6 @@
 #include <memory>
 #include <random>
 
-#include "run_process.h"
-#include "support/system.h"
-
 namespace test {
 namespace {
 
@@ -34,7 +31,7 @@ Bytes contentOf(const fs::path& file) {
     return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
 }
 
-/// The text without the carriage returns of Windows.
+/// A text without the carriage returns of Windows.
 std::string textOf(const fs::path& file) {
     const Bytes content = contentOf(file);
     std::string text(content.begin(), content.end());
@@ -62,6 +59,11 @@ std::string pageName(int number, const char* suffix) {
 
 }  // namespace
 
+testing::AssertionResult contains(const std::string& text, const std::string& part) {
+    if (text.find(part) != std::string::npos) return testing::AssertionSuccess();
+    return testing::AssertionFailure() << "'" << part << "' is not in '" << text << "'";
+}
+
 // A folder that no program should stumble over: with a blank and with letters outside ASCII.
 Workshop::Workshop() {
     std::random_device random;
@@ -80,16 +82,21 @@ void Workshop::simulate(const std::string& configuration) {
     setEnvironment("ZPRUSB_SIMULATOR", folder_ / "simulator.json");
 }
 
-Outcome Workshop::run(const std::string& program, const std::vector<std::string>& arguments) {
-    const fs::path out = folder_ / "out", err = folder_ / "err";
-    const int status =
-        runProcess(ownProgram().parent_path() / programName(program), arguments, folder_, out, err);
-    return {status, textOf(out), textOf(err)};
+ChildProcess Workshop::start(const std::string& program, const std::vector<std::string>& arguments) {
+    return {ownProgram().parent_path() / programFile(program), arguments, {folder_, folder_ / "err"}};
 }
 
-Json Workshop::json(std::vector<std::string> arguments) {
+Outcome Workshop::run(const std::string& program, const std::vector<std::string>& arguments) {
+    ChildProcess process = start(program, arguments);
+    process.closeInput();
+    const std::string out = process.readAll();
+    const int status = process.exitStatus();
+    return {status, out, textOf(folder_ / "err")};
+}
+
+Json Workshop::json(std::vector<std::string> arguments, const std::string& program) {
     arguments.push_back("--json");
-    const Outcome outcome = zprusb(arguments);
+    const Outcome outcome = run(program, arguments);
     EXPECT_EQ(outcome.status, 0) << outcome.err;
     return Json::parse(outcome.out, nullptr, false);
 }
@@ -99,6 +106,10 @@ std::string Workshop::write(const std::string& name, const Bytes& content) {
     stream.write(reinterpret_cast<const char*>(content.data()), static_cast<std::streamsize>(content.size()));
     const std::u8string path = (folder_ / pathOf(name)).u8string();
     return {path.begin(), path.end()};
+}
+
+Bytes Workshop::read(const std::string& name) {
+    return contentOf(folder_ / pathOf(name));
 }
 
 Picture Workshop::printedPage(int number) {

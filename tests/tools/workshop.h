@@ -10,6 +10,7 @@
 
 #include "bytes.h"
 #include "picture.h"
+#include "support/system.h"
 
 namespace test {
 
@@ -23,6 +24,8 @@ struct Outcome {
     std::string err;
 };
 
+testing::AssertionResult contains(const std::string& text, const std::string& part);
+
 class Workshop : public testing::Test {
 protected:
     /// Without simulate(), there is the simulator's default: one ready printer.
@@ -35,11 +38,17 @@ protected:
     Outcome run(const std::string& program, const std::vector<std::string>& arguments);
     Outcome zprusb(const std::vector<std::string>& arguments) { return run("zprusb", arguments); }
 
+    Outcome service(const std::vector<std::string>& arguments) { return run("zprusb-service", arguments); }
+
+    /// Starts a program that the test ends itself.
+    ChildProcess start(const std::string& program, const std::vector<std::string>& arguments);
+
     /// Runs a command with --json that has to succeed.
-    Json json(std::vector<std::string> arguments);
+    Json json(std::vector<std::string> arguments, const std::string& program = "zprusb");
 
     /// @return the path in UTF-8.
     std::string write(const std::string& name, const Bytes& content);
+    Bytes read(const std::string& name);
 
     /// The page with that number, complete, as the printer got it.
     Picture printedPage(int number);

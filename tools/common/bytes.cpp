@@ -10,6 +10,12 @@ uint32_t littleEndian(ByteView field) {
     return value;
 }
 
+Bytes littleEndianBytes(uint32_t value, size_t size) {
+    Bytes bytes;
+    for (size_t i = 0; i < size; ++i) bytes.push_back(static_cast<uint8_t>(value >> 8 * i));
+    return bytes;
+}
+
 std::string textOf(ByteView field) {
     std::string text(field.begin(), std::ranges::find(field, uint8_t{0}));
     text.erase(text.find_last_not_of(' ') + 1);

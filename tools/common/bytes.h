@@ -15,6 +15,9 @@ using ByteView = std::span<const uint8_t>;
 /// An unsigned little-endian number of all the bytes of the field.
 uint32_t littleEndian(ByteView field);
 
+/// A number as so many bytes, little-endian.
+Bytes littleEndianBytes(uint32_t value, size_t size);
+
 /// The bytes up to the first zero, without blanks at the end; control characters become question marks.
 std::string textOf(ByteView field);
 

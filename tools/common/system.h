@@ -1,6 +1,7 @@
 /// What a command-line tool needs from its operating system, so that text is UTF-8 everywhere else.
 #pragma once
 
+#include <chrono>
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -15,5 +16,12 @@ std::vector<std::string> argumentsInUtf8(int argc, char** argv);
 void useUtf8Console();
 
 bool isTerminal(std::FILE* stream);
+
+/// From now on Ctrl-C is noted instead of ending the program. A second one ends it all the same.
+void noteInterruption();
+
+/// Waits for Ctrl-C.
+/// @return whether it has come, now or before.
+bool interruptedWithin(std::chrono::milliseconds time);
 
 }  // namespace tool

@@ -2,38 +2,40 @@
 
 #include <zprusb.h>
 
-#include <CLI/CLI.hpp>
-#include <algorithm>
-#include <functional>
-
-#include "failure.h"
+#include "command_line.h"
 #include "info_kinds.h"
+#include "settings.h"
 
 namespace tool {
 namespace {
 
 void defineList(CLI::App& app, Arguments& arguments) {
-    app.add_subcommand("list", "List the printers with number and label")->callback([&] {
-        arguments.command = ListArguments{};
-    });
+    addCommand<ListArguments>(app, "list", "List the printers with number and label", arguments);
 }
 
 void defineStatus(CLI::App& app, Arguments& arguments) {
-    const auto status = std::make_shared<StatusArguments>();
-    CLI::App* command = app.add_subcommand("status", "Say whether the printer is ready");
-    command->add_flag("--all", status->all, "Ask all printers");
-    command->callback([&arguments, status] { arguments.command = *status; });
+    const auto status =
+        addCommand<StatusArguments>(app, "status", "Say whether the printer is ready", arguments);
+    status.app->add_flag("--all", status->all, "Ask all printers");
+}
+
+void defineWatch(CLI::App& app, Arguments& arguments) {
+    const auto watch = addCommand<WatchArguments>(
+        app, "watch", "Tell the status, then each change of it, until Ctrl-C", arguments);
+    watch.app->add_option("--interval", watch->interval, "How often to ask the printer")
+        ->capture_default_str()
+        ->type_name("MILLISECONDS")
+        ->check(CLI::Range(10, 3'600'000));
 }
 
 void defineInfo(CLI::App& app, Arguments& arguments) {
-    const auto info = std::make_shared<InfoArguments>();
-    CLI::App* command = app.add_subcommand("info", "Show what the printer knows about itself");
+    const auto info =
+        addCommand<InfoArguments>(app, "info", "Show what the printer knows about itself", arguments);
     std::vector<std::string> words;
     for (const InfoKind& kind : infoKinds()) words.push_back(kind.word);
-    command->add_option("what", info->kinds, "What to show; everything when nothing is named")
+    info.app->add_option("what", info->kinds, "What to show; everything when nothing is named")
         ->check(CLI::IsMember(words));
-    command->add_flag("--raw", info->raw, "Show the bytes of the records in hexadecimal");
-    command->callback([&arguments, info] { arguments.command = *info; });
+    info.app->add_flag("--raw", info->raw, "Show the bytes of the records in hexadecimal");
 }
 
 void readSize(const std::string& text, std::optional<WantedSize>& size) {
@@ -42,34 +44,60 @@ void readSize(const std::string& text, std::optional<WantedSize>& size) {
 }
 
 void definePrint(CLI::App& app, Arguments& arguments) {
-    const auto print = std::make_shared<PrintArguments>();
-    CLI::App* command = app.add_subcommand("print", "Print a picture");
-    command->add_option("image", print->image, "PNG or JPEG file")->required();
-    command
+    const auto print = addCommand<PrintArguments>(app, "print", "Print a picture", arguments);
+    print.app->add_option("image", print->image, "PNG or JPEG file")->required();
+    print.app
         ->add_option_function<std::string>(
-            "--size", [print](const std::string& text) { readSize(text, print->size); },
+            "--size", [values = print.values](const std::string& text) { readSize(text, values->size); },
             "Page size in inches or millimetres, as 6x4, 6x8in or 152x203mm; "
             "otherwise the offered size that suits the picture best")
         ->type_name("WIDTHxLENGTH");
-    command->add_option("--copies", print->copies, "Number of copies")
+    print.app->add_option("--copies", print->copies, "Number of copies")
         ->check(CLI::Range(1, int{ZPRUSB_MAX_COPIES}));
-    command->add_option("--long", print->section, "Print a section of a long page; 0 is the whole page")
+    print.app->add_option("--long", print->section, "Print a section of a long page; 0 is the whole page")
         ->type_name("SECTION")
         ->check(CLI::Range(0, int{ZPRUSB_MAX_SECTION}));
-    command->add_flag("--fit", print->fit, "Leave white margins instead of filling the page");
-    command->callback([&arguments, print] { arguments.command = *print; });
+    print.app->add_flag("--fit", print->fit, "Leave white margins instead of filling the page");
+    print.app->add_option("--option20", print->option20, "Print option 20 of this page; otherwise 1")
+        ->check(CLI::Range(0, 0xFF));
+    print.app->add_option("--option21", print->option21, "Print option 21 of this page; otherwise 200")
+        ->check(CLI::Range(0, 0xFFFF));
+    print.app->add_option("--option22", print->option22, "Print option 22 of this page; otherwise 200")
+        ->check(CLI::Range(0, 0xFFFF));
 }
 
-void define(CLI::App& app, Arguments& arguments) {
-    app.require_subcommand(1);
-    app.fallthrough();
-    app.set_version_flag("--version", "zprusb " ZPRUSB_TOOL_VERSION);
-    app.add_option("--printer", arguments.printer, "Number of the printer; otherwise the first one found")
-        ->type_name("N")
-        ->check(CLI::Range(0, int{ZPRUSB_MAX_PRINTERS} - 1));
-    app.add_flag("--json", arguments.json, "Print JSON for programs");
-    for (const auto& defineCommand : {defineList, defineStatus, defineInfo, definePrint})
-        defineCommand(app, arguments);
+void defineSet(CLI::App& app, Arguments& arguments) {
+    const auto set = addCommand<SetArguments>(app, "set", "Change a setting that the printer keeps", arguments);
+    std::vector<std::string> words;
+    std::string ranges;
+    for (const Setting& setting : settings()) {
+        words.push_back(setting.word);
+        ranges += (ranges.empty() ? "" : "; ") + words.back() + ": " + setting.range;
+    }
+    set.app->add_option("name", set->name, "Which one")->required()->check(CLI::IsMember(words));
+    set.app->add_option("value", set->value, ranges)->required();
+}
+
+void defineResetCounter(CLI::App& app, Arguments& arguments) {
+    const auto reset =
+        addCommand<ResetCounterArguments>(app, "reset-counter", "Set a counter to zero", arguments);
+    reset.app
+        ->add_option_function<std::string>(
+            "counter",
+            [values = reset.values](const std::string& text) {
+                if (text != "all") values->number = static_cast<uint8_t>(text[0] - '0');
+            },
+            "Number of the counter as 'info counters' shows it, 1 to 6, or 'all'")
+        ->required()
+        ->check(CLI::IsMember({"1", "2", "3", "4", "5", "6", "all"}));
+}
+
+void defineBlink(CLI::App& app, Arguments& arguments) {
+    addCommand<BlinkArguments>(app, "blink", "Make the printer's LED flash", arguments);
+}
+
+void defineReset(CLI::App& app, Arguments& arguments) {
+    addCommand<ResetArguments>(app, "reset", "Reset the printer", arguments);
 }
 
 }  // namespace
@@ -77,13 +105,11 @@ void define(CLI::App& app, Arguments& arguments) {
 std::variant<Arguments, int> parseArguments(std::vector<std::string> words) {
     CLI::App app("Prints on RQX5820 USB printers and tells how they are.", "zprusb");
     Arguments arguments;
-    define(app, arguments);
-    std::ranges::reverse(words);  // the order that CLI11 takes them in
-    try {
-        app.parse(std::move(words));
-    } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? exitSuccess : exitWrongUsage;
-    }
+    defineCommon(app, arguments);
+    for (const auto& define : {defineList, defineStatus, defineWatch, defineInfo, definePrint, defineSet,
+                               defineResetCounter, defineBlink, defineReset})
+        define(app, arguments);
+    if (const auto status = parse(app, std::move(words))) return *status;
     return arguments;
 }
 

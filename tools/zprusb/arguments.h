@@ -8,6 +8,7 @@
 #include <variant>
 #include <vector>
 
+#include "common_arguments.h"
 #include "media.h"
 
 namespace tool {
@@ -29,12 +30,34 @@ struct PrintArguments {
     uint16_t copies = 1;
     std::optional<uint8_t> section;  // of a long page; 0 is the whole page
     bool fit = false;
+    std::optional<uint8_t> option20;
+    std::optional<uint16_t> option21;
+    std::optional<uint16_t> option22;
 };
 
-struct Arguments {
-    std::optional<uint8_t> printer;  // none: the first one that is found
-    bool json = false;
-    std::variant<ListArguments, StatusArguments, InfoArguments, PrintArguments> command;
+struct WatchArguments {
+    unsigned interval = 1000;  // milliseconds
+};
+
+struct SetArguments {
+    std::string name;  // a word of settings()
+    std::string value;
+};
+
+constexpr uint8_t lastResettableCounter = 6;
+
+struct ResetCounterArguments {
+    std::optional<uint8_t> number;  // none: all that can be reset
+};
+
+struct BlinkArguments {};
+
+struct ResetArguments {};
+
+struct Arguments : CommonArguments {
+    std::variant<ListArguments, StatusArguments, InfoArguments, PrintArguments, WatchArguments, SetArguments,
+                 ResetCounterArguments, BlinkArguments, ResetArguments>
+        command;
 };
 
 /// Understands the command line. For --help and --version, and after an error, it prints what there is to say.

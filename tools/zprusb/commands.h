@@ -6,12 +6,14 @@
 namespace tool {
 
 /// @throws Refusal, WrongUsage
-int run(const Arguments& common, const ListArguments& arguments);
-int run(const Arguments& common, const StatusArguments& arguments);
-int run(const Arguments& common, const InfoArguments& arguments);
-int run(const Arguments& common, const PrintArguments& arguments);
-
-/// Prints a sentence on standard error, as every command's failures are.
-void complain(const std::string& sentence);
+int run(const CommonArguments& common, const ListArguments& arguments);
+int run(const CommonArguments& common, const StatusArguments& arguments);
+int run(const CommonArguments& common, const InfoArguments& arguments);
+int run(const CommonArguments& common, const PrintArguments& arguments);
+int run(const CommonArguments& common, const WatchArguments& arguments);
+int run(const CommonArguments& common, const SetArguments& arguments);
+int run(const CommonArguments& common, const ResetCounterArguments& arguments);
+int run(const CommonArguments& common, const BlinkArguments& arguments);
+int run(const CommonArguments& common, const ResetArguments& arguments);
 
 }  // namespace tool

@@ -15,7 +15,7 @@ bool wanted(const InfoArguments& arguments, const InfoKind& kind) {
 
 }  // namespace
 
-int run(const Arguments& common, const InfoArguments& arguments) {
+int run(const CommonArguments& common, const InfoArguments& arguments) {
     const Printer printer(common.printer);
     View view{{{"printer", printer.number()}}, ""};
     for (const InfoKind& kind : infoKinds()) {

@@ -20,7 +20,7 @@ Json nameOf(Printer& printer, const FoundPrinter& found) {
 
 }  // namespace
 
-int run(const Arguments& common, const ListArguments&) {
+int run(const CommonArguments& common, const ListArguments&) {
     Printer printer(common.printer);
     View view{Json::array(), ""};
     for (const FoundPrinter& found : printer.all()) {

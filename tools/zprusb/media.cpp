@@ -12,22 +12,8 @@ namespace tool {
 namespace {
 
 constexpr uint32_t shortestVariable = 7112;
-constexpr uint32_t longestUnlessStated = 25120;  // for the codes 0xE0 to 0xEF
 constexpr uint32_t tolerance = 50;
 constexpr double noticeable = 0.001;  // difference of proportions, as a logarithm
-
-MediaSize decodeMedia(ByteView entry) {
-    MediaSize media{.code = entry[0],
-                    .width = littleEndian(entry.subspan(1, 4)),
-                    .length = littleEndian(entry.subspan(5, 4)),
-                    .longest = littleEndian(entry.subspan(11, 4)),
-                    .sectionWidth = littleEndian(entry.subspan(15, 4)),
-                    .sectionLengths = {}};
-    for (size_t i = 0; i < media.sectionLengths.size(); ++i)
-        media.sectionLengths[i] = littleEndian(entry.subspan(19 + 2 * i, 2));
-    if (media.code >> 4 == 0xE && media.longest == 0) media.longest = longestUnlessStated;
-    return media;
-}
 
 /// Takes a positive number off the front of the text.
 std::optional<double> takeNumber(std::string_view& text) {
@@ -88,16 +74,6 @@ double mismatch(const Sheet& sheet, double ratio) {
 }
 
 }  // namespace
-
-std::vector<MediaSize> decodeMediaList(ByteView record) {
-    std::vector<MediaSize> list;
-    if (record.empty()) return list;
-    const size_t room = (record.size() - 1) / ZPRUSB_MEDIA_ENTRY_SIZE;
-    const size_t count = std::min<size_t>(record[0], room);
-    for (size_t i = 0; i < count; ++i)
-        list.push_back(decodeMedia(record.subspan(1 + i * ZPRUSB_MEDIA_ENTRY_SIZE, ZPRUSB_MEDIA_ENTRY_SIZE)));
-    return list;
-}
 
 std::optional<WantedSize> parseSize(const std::string& text) {
     std::string_view rest = text;

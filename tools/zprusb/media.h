@@ -1,34 +1,15 @@
-/// Media sizes: what the printer offers, what the user asks for, and what suits a picture.
+/// Page sizes: what the user asks for, and what suits a picture.
 /// Lengths are in 1/100 mm unless they say otherwise.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "bytes.h"
+#include "info_records.h"
 
 namespace tool {
-
-constexpr double hundredthsPerInch = 2540;
-
-/// An entry of the printer's media list.
-struct MediaSize {
-    uint8_t code;
-    uint32_t width;
-    uint32_t length;
-    uint32_t longest;  // of a variable length
-    uint32_t sectionWidth;
-    std::array<uint32_t, 5> sectionLengths;
-
-    /// Sizes of a variable length are asked for with a length of the caller's.
-    bool variable() const { return code < 0xF0 || code == 0xFF; }
-};
-
-/// @param record the media record of zprusb_getPrinterInfo().
-std::vector<MediaSize> decodeMediaList(ByteView record);
 
 /// A size as a user writes it.
 struct WantedSize {

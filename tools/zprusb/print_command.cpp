@@ -4,6 +4,7 @@
 #include "failure.h"
 #include "image/picture.h"
 #include "image/picture_file.h"
+#include "page.h"
 #include "printer.h"
 #include "progress_bar.h"
 #include "result_text.h"
@@ -54,6 +55,13 @@ View viewOf(const PrintArguments& arguments, const Page& page, const Extent& dot
                 ", as job " + std::to_string(job) + " of printer " + std::to_string(printer) + ".\n"};
 }
 
+/// They last as long as the library is open and the printer stays selected.
+void setOptions(Printer& printer, const PrintArguments& arguments) {
+    if (arguments.option20) printer.set(ZPRUSB_SET_OPTION20, littleEndianBytes(*arguments.option20, 1));
+    if (arguments.option21) printer.set(ZPRUSB_SET_OPTION21, littleEndianBytes(*arguments.option21, 2));
+    if (arguments.option22) printer.set(ZPRUSB_SET_OPTION22, littleEndianBytes(*arguments.option22, 2));
+}
+
 uint16_t printWithProgress(const Page& page) {
     ProgressBar bar("printing", page.pixels.size());
     return printPage(page, [&bar](size_t sent) { bar.show(sent); });
@@ -61,13 +69,14 @@ uint16_t printWithProgress(const Page& page) {
 
 }  // namespace
 
-int run(const Arguments& common, const PrintArguments& arguments) {
+int run(const CommonArguments& common, const PrintArguments& arguments) {
     const Picture picture = loadPicture(arguments.image);
-    const Printer printer(common.printer);
+    Printer printer(common.printer);
     const Sheet sheet = chooseSheet(printer.mediaList(), arguments, picture);
     const Extent dots = dotsOfPage(sheet, arguments.section);
     const Page page{sheet, arguments.copies, arguments.section,
                     laidOut(picture, dots, arguments.fit ? Scaling::fit : Scaling::fill).pixels};
+    setOptions(printer, arguments);
     show(viewOf(arguments, page, dots, printWithProgress(page)), common.json);
     return exitSuccess;
 }

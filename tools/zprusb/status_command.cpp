@@ -5,6 +5,7 @@
 #include "commands.h"
 #include "failure.h"
 #include "printer.h"
+#include "program.h"
 #include "result_text.h"
 #include "view.h"
 
@@ -26,7 +27,7 @@ View viewOf(uint8_t printer, uint16_t code) {
 
 }  // namespace
 
-int run(const Arguments& common, const StatusArguments& arguments) {
+int run(const CommonArguments& common, const StatusArguments& arguments) {
     const Printer printer(common.printer);
     const std::vector<uint8_t> numbers = numbersOf(printer, arguments.all);
     const std::vector<uint16_t> codes = printer.status(numbers);

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstdlib>
 #include <stdexcept>
 
 namespace test {
@@ -29,6 +30,14 @@ fs::path ownProgram() {
 
 std::string libraryFile(const std::string& name) {
     return "lib" + name + ".so";
+}
+
+std::string programFile(const std::string& name) {
+    return name;
+}
+
+void setEnvironment(const char* name, const fs::path& value) {
+    setenv(name, value.c_str(), 1);
 }
 
 void* openLibrary(const fs::path& file) {
@@ -71,7 +80,8 @@ void Pipe::closeEnd(platform::PipeHandle& end) {
     end = platform::noPipe;
 }
 
-ChildProcess::ChildProcess(const fs::path& program, const std::vector<std::string>& arguments) {
+ChildProcess::ChildProcess(const fs::path& program, const std::vector<std::string>& arguments,
+                           const Surroundings& surroundings) {
     std::vector<char*> words{const_cast<char*>(program.c_str())};
     for (const std::string& argument : arguments) words.push_back(const_cast<char*>(argument.c_str()));
     words.push_back(nullptr);
@@ -79,6 +89,11 @@ ChildProcess::ChildProcess(const fs::path& program, const std::vector<std::strin
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_adddup2(&actions, static_cast<int>(input_.reader), 0);
     posix_spawn_file_actions_adddup2(&actions, static_cast<int>(output_.writer), 1);
+    if (!surroundings.errors.empty())
+        posix_spawn_file_actions_addopen(&actions, 2, surroundings.errors.c_str(), O_WRONLY | O_CREAT | O_TRUNC,
+                                         0600);
+    if (!surroundings.folder.empty())
+        posix_spawn_file_actions_addchdir_np(&actions, surroundings.folder.c_str());
     pid_t process = 0;
     const int error = posix_spawn(&process, program.c_str(), &actions, nullptr, words.data(), environ);
     posix_spawn_file_actions_destroy(&actions);
@@ -95,14 +110,18 @@ ChildProcess::~ChildProcess() {
 void ChildProcess::kill() {
     if (process_ == 0) return;
     ::kill(static_cast<pid_t>(process_), SIGKILL);
-    endedWell();
+    exitStatus();
 }
 
-bool ChildProcess::endedWell() {
+bool ChildProcess::interrupt() {
+    return ::kill(static_cast<pid_t>(process_), SIGINT) == 0;
+}
+
+int ChildProcess::exitStatus() {
     int status = -1;
     waitpid(static_cast<pid_t>(process_), &status, 0);
     process_ = 0;
-    return status == 0;
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
 }  // namespace test

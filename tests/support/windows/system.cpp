@@ -14,6 +14,10 @@ HANDLE handleOf(uint64_t value) {
     return reinterpret_cast<HANDLE>(value);
 }
 
+fs::path pathOf(const std::string& utf8) {
+    return std::u8string(utf8.begin(), utf8.end());
+}
+
 void makeInheritable(uint64_t handle) {
     SetHandleInformation(handleOf(handle), HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
 }
@@ -27,6 +31,14 @@ fs::path ownProgram() {
 
 std::string libraryFile(const std::string& name) {
     return name + ".dll";
+}
+
+std::string programFile(const std::string& name) {
+    return name + ".exe";
+}
+
+void setEnvironment(const char* name, const fs::path& value) {
+    SetEnvironmentVariableW(fs::path(name).c_str(), value.c_str());
 }
 
 void* openLibrary(const fs::path& file) {
@@ -66,9 +78,10 @@ void Pipe::closeEnd(platform::PipeHandle& end) {
     end = platform::noPipe;
 }
 
-ChildProcess::ChildProcess(const fs::path& program, const std::vector<std::string>& arguments) {
+ChildProcess::ChildProcess(const fs::path& program, const std::vector<std::string>& arguments,
+                           const Surroundings& surroundings) {
     std::wstring line = L'"' + program.wstring() + L'"';
-    for (const std::string& argument : arguments) line += L" \"" + fs::path(argument).wstring() + L'"';
+    for (const std::string& argument : arguments) line += L" \"" + pathOf(argument).wstring() + L'"';
     makeInheritable(input_.reader);
     makeInheritable(output_.writer);
     STARTUPINFOW start{};
@@ -76,11 +89,18 @@ ChildProcess::ChildProcess(const fs::path& program, const std::vector<std::strin
     start.dwFlags = STARTF_USESTDHANDLES;
     start.hStdInput = handleOf(input_.reader);
     start.hStdOutput = handleOf(output_.writer);
-    start.hStdError = GetStdHandle(STD_ERROR_HANDLE);
+    SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
+    const bool ownErrors = !surroundings.errors.empty();
+    start.hStdError = ownErrors ? CreateFileW(surroundings.errors.c_str(), GENERIC_WRITE, FILE_SHARE_READ,
+                                              &inherited, CREATE_ALWAYS, 0, nullptr)
+                                : GetStdHandle(STD_ERROR_HANDLE);
     PROCESS_INFORMATION process;
-    if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start, &process)) {
-        throw std::runtime_error("no child process");
-    }
+    // Only a group of its own can be interrupted without interrupting the test.
+    const BOOL started =
+        CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, CREATE_NEW_PROCESS_GROUP, nullptr,
+                       surroundings.folder.empty() ? nullptr : surroundings.folder.c_str(), &start, &process);
+    if (ownErrors) CloseHandle(start.hStdError);
+    if (!started) throw std::runtime_error("no child process");
     CloseHandle(process.hThread);
     process_ = reinterpret_cast<uint64_t>(process.hProcess);
     input_.closeReader();
@@ -94,16 +114,21 @@ ChildProcess::~ChildProcess() {
 void ChildProcess::kill() {
     if (process_ == 0) return;
     TerminateProcess(handleOf(process_), 1);
-    endedWell();
+    exitStatus();
 }
 
-bool ChildProcess::endedWell() {
+bool ChildProcess::interrupt() {
+    return GetConsoleWindow() != nullptr &&
+           GenerateConsoleCtrlEvent(CTRL_BREAK_EVENT, GetProcessId(handleOf(process_))) != 0;
+}
+
+int ChildProcess::exitStatus() {
     DWORD code = 1;
     WaitForSingleObject(handleOf(process_), INFINITE);
     GetExitCodeProcess(handleOf(process_), &code);
     CloseHandle(handleOf(process_));
     process_ = 0;
-    return code == 0;
+    return static_cast<int>(code);
 }
 
 }  // namespace test

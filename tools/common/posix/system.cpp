@@ -1,8 +1,20 @@
 #include "system.h"
 
+#include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
 #include <unistd.h>
 
 namespace tool {
+namespace {
+
+int interruptions[2] = {-1, -1};  // a pipe with a byte in it once there was one
+
+void interrupt(int) {
+    [[maybe_unused]] const ssize_t written = write(interruptions[1], "", 1);
+}
+
+}  // namespace
 
 std::vector<std::string> argumentsInUtf8(int argc, char** argv) {
     return {argv + 1, argv + argc};
@@ -12,6 +24,19 @@ void useUtf8Console() {}
 
 bool isTerminal(std::FILE* stream) {
     return isatty(fileno(stream)) == 1;
+}
+
+void noteInterruption() {
+    if (pipe2(interruptions, O_CLOEXEC) != 0) return;
+    struct sigaction action {};
+    action.sa_handler = interrupt;
+    action.sa_flags = SA_RESTART | static_cast<int>(SA_RESETHAND);
+    for (const int signal : {SIGINT, SIGTERM}) sigaction(signal, &action, nullptr);
+}
+
+bool interruptedWithin(std::chrono::milliseconds time) {
+    pollfd reader{interruptions[0], POLLIN, 0};
+    return poll(&reader, 1, static_cast<int>(time.count())) == 1;
 }
 
 }  // namespace tool

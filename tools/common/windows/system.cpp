@@ -16,6 +16,14 @@ std::string utf8(const wchar_t* text) {
     return converted;
 }
 
+HANDLE interruption = nullptr;
+
+/// @return false for the second one, which leaves it to the system.
+BOOL WINAPI interrupt(DWORD) {
+    if (WaitForSingleObject(interruption, 0) == WAIT_OBJECT_0) return FALSE;
+    return SetEvent(interruption);
+}
+
 }  // namespace
 
 std::vector<std::string> argumentsInUtf8(int, char**) {
@@ -33,6 +41,15 @@ void useUtf8Console() {
 
 bool isTerminal(std::FILE* stream) {
     return _isatty(_fileno(stream)) != 0;
+}
+
+void noteInterruption() {
+    interruption = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    SetConsoleCtrlHandler(interrupt, TRUE);
+}
+
+bool interruptedWithin(std::chrono::milliseconds time) {
+    return WaitForSingleObject(interruption, static_cast<DWORD>(time.count())) == WAIT_OBJECT_0;
 }
 
 }  // namespace tool

@@ -4,13 +4,10 @@
 
 #include <algorithm>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <memory>
 
 #include "exif.h"
-#include "failure.h"
+#include "file.h"
 
 namespace tool {
 namespace {
@@ -20,24 +17,6 @@ constexpr uint64_t largestFile = 256ull << 20;
 constexpr uint64_t mostPixels = 100'000'000;
 
 using Decoded = std::unique_ptr<stbi_uc, decltype(&stbi_image_free)>;
-
-[[noreturn]] void refuse(const std::string& path, const std::string& reason) {
-    throw WrongUsage("'" + path + "' " + reason);
-}
-
-Bytes readFile(const std::string& path) {
-    const std::filesystem::path file(std::u8string(path.begin(), path.end()));
-    std::error_code error;
-    if (!std::filesystem::exists(file, error)) refuse(path, "does not exist.");
-    const uint64_t size = std::filesystem::file_size(file, error);
-    if (error) refuse(path, "is not a file that can be read.");
-    if (size > largestFile) refuse(path, "is larger than 256 MiB; make it smaller first.");
-    Bytes content(size);
-    std::ifstream stream(file, std::ios::binary);
-    if (!stream.read(reinterpret_cast<char*>(content.data()), static_cast<std::streamsize>(size)))
-        refuse(path, "can't be read.");
-    return content;
-}
 
 /// The file as the decoder reads it. The decoder goes on with zeros when a JPEG file ends too early, so the
 /// attempt to read past the end is remembered.
@@ -67,10 +46,10 @@ constexpr stbi_io_callbacks sourceCallbacks = {
 void checkKind(const std::string& path, ByteView content) {
     int width = 0, height = 0, channels = 0;
     if (!stbi_info_from_memory(content.data(), static_cast<int>(content.size()), &width, &height, &channels))
-        refuse(path, "is not a PNG or JPEG picture.");
+        refuseFile(path, "is not a PNG or JPEG picture.");
     if (static_cast<uint64_t>(width) * static_cast<uint64_t>(height) > mostPixels)
-        refuse(path, "has more than " + std::to_string(mostPixels / 1'000'000) +
-                         " million pixels; make it smaller first.");
+        refuseFile(path, "has more than " + std::to_string(mostPixels / 1'000'000) +
+                             " million pixels; make it smaller first.");
 }
 
 /// Lays a picture with transparency on white paper.
@@ -89,8 +68,8 @@ Picture decode(const std::string& path, ByteView content) {
     const Decoded decoded(stbi_load_from_callbacks(&sourceCallbacks, &source, &width, &height, &channels, 4),
                           stbi_image_free);
     if (source.endPassed || (!decoded && source.rest.empty()))
-        refuse(path, "ends in the middle of the picture.");
-    if (!decoded) refuse(path, "is damaged.");
+        refuseFile(path, "ends in the middle of the picture.");
+    if (!decoded) refuseFile(path, "is damaged.");
     const Extent size{static_cast<uint32_t>(width), static_cast<uint32_t>(height)};
     return {size.width, size.height, onWhite(decoded.get(), size_t{size.width} * size.height)};
 }
@@ -98,7 +77,7 @@ Picture decode(const std::string& path, ByteView content) {
 }  // namespace
 
 Picture loadPicture(const std::string& path) {
-    const Bytes content = readFile(path);
+    const Bytes content = readFile(path, largestFile);
     checkKind(path, content);
     const Turn turn = turnOfExif(content);
     Picture picture = decode(path, content);

@@ -2,7 +2,6 @@
 
 #include <zprusb.h>
 
-#include <algorithm>
 #include <array>
 
 #include "failure.h"
@@ -10,11 +9,6 @@
 
 namespace tool {
 namespace {
-
-/// @param code by reference, as the call that fills it in may stand beside it among the arguments.
-void require(uint32_t verdict, const uint16_t& code) {
-    if (verdict == 0) throw Refusal(resultSentence(code));
-}
 
 std::vector<FoundPrinter> findPrinters() {
     std::array<uint8_t, ZPRUSB_MAX_PRINTERS> numbers;
@@ -36,39 +30,11 @@ std::vector<FoundPrinter> findPrinters() {
     throw Refusal("The printer did not tell '" + kind.word + "': " + resultSentence(code));
 }
 
-/// A started page reserves the printer until its end.
-class StartedPage {
-public:
-    explicit StartedPage(const std::optional<uint8_t>& section) {
-        uint16_t code = 0;
-        const uint32_t verdict =
-            section ? zprusb_startpagelong(&id_, *section, &code) : zprusb_startpage(&id_, &code);
-        require(verdict, code);
-    }
-    ~StartedPage() { zprusb_endpage(nullptr); }
-    StartedPage(const StartedPage&) = delete;
-    StartedPage& operator=(const StartedPage&) = delete;
-
-    uint16_t id() const { return id_; }
-
-private:
-    uint16_t id_ = 0;
-};
-
-/// In pieces, so that the progress can be told between them.
-void send(ByteView pixels, const std::function<void(size_t)>& progress) {
-    constexpr size_t piece = 256 * 1024;
-    for (size_t sent = 0; sent < pixels.size();) {
-        const ByteView part = pixels.subspan(sent, std::min(piece, pixels.size() - sent));
-        const auto length = static_cast<uint32_t>(part.size());
-        uint16_t code = 0;
-        require(zprusb_write(part.data(), &length, &code), code);
-        sent += part.size();
-        progress(sent);
-    }
-}
-
 }  // namespace
+
+void require(uint32_t verdict, const uint16_t& code) {
+    if (verdict == 0) throw Refusal(resultSentence(code));
+}
 
 Printer::Printer(std::optional<uint8_t> number) {
     uint16_t code = 0;
@@ -93,6 +59,19 @@ void Printer::select(uint8_t number) {
     require(code == ZPRUSB_SUCCESS, code);
 }
 
+bool Printer::reopen() {
+    zprusb_close();
+    uint16_t code = ZPRUSB_SUCCESS;
+    if (zprusb_open(&code) == 1) zprusb_selectPrinter(number_, &code);
+    return code == ZPRUSB_SUCCESS;
+}
+
+void Printer::set(uint16_t tag, ByteView value) {
+    const auto length = static_cast<uint32_t>(value.size());
+    uint16_t code = 0;
+    require(zprusb_setPrinterInfo(tag, value.data(), &length, &code), code);
+}
+
 std::vector<uint16_t> Printer::status(const std::vector<uint8_t>& numbers) const {
     std::vector<uint8_t> list = numbers;
     list.push_back(ZPRUSB_LIST_END);
@@ -115,16 +94,6 @@ std::vector<MediaSize> Printer::mediaList() const {
 
 std::string Printer::uniqueString() const {
     return decodeUniqueString(read(infoKind(ZPRUSB_INFO_UNIQUE_STRING))).text;
-}
-
-uint16_t printPage(const Page& page, const std::function<void(size_t)>& progress) {
-    const Sheet& sheet = page.sheet;
-    uint16_t code = 0;
-    require(zprusb_checkMediaInfo(sheet.media.code, sheet.width(), sheet.length, &code), code);
-    require(zprusb_copies(page.copies, &code), code);
-    const StartedPage started(page.section);
-    send(page.pixels, progress);
-    return started.id();
 }
 
 }  // namespace tool

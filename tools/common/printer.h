@@ -2,16 +2,19 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "bytes.h"
 #include "info_kinds.h"
-#include "media.h"
 
 namespace tool {
+
+/// Checks what a function of the library returned.
+/// @param code by reference, as the call that fills it in may stand beside it among the arguments.
+/// @throws Refusal
+void require(uint32_t verdict, const uint16_t& code);
 
 struct FoundPrinter {
     uint8_t number;
@@ -37,6 +40,14 @@ public:
     /// Changes the selection. @throws Refusal
     void select(uint8_t number);
 
+    /// Opens the library anew, as it takes after a printer was lost, and selects the same printer.
+    /// @return whether it is there.
+    bool reopen();
+
+    /// Changes a setting of the selected printer.
+    /// @param tag one of ::zprusb_settingTag. @throws Refusal
+    void set(uint16_t tag, ByteView value);
+
     /// These read from the selected printer. @throws Refusal
     Bytes read(const InfoKind& kind) const;
     std::vector<MediaSize> mediaList() const;
@@ -46,18 +57,5 @@ private:
     std::vector<FoundPrinter> found_;
     uint8_t number_ = 0;
 };
-
-struct Page {
-    Sheet sheet;
-    uint16_t copies;
-    std::optional<uint8_t> section;  // of a long page
-    Bytes pixels;                    // 8-bit RGB, row by row
-};
-
-/// Prints a page on the selected printer.
-/// @param progress is told the number of bytes sent so far.
-/// @return the page identifier: printer number x 256 + job number.
-/// @throws Refusal
-uint16_t printPage(const Page& page, const std::function<void(size_t)>& progress);
 
 }  // namespace tool

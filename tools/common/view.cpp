@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "failure.h"
 #include "text.h"
 
 namespace tool {
@@ -34,6 +35,13 @@ std::string lineOf(const FirmwareComponent& component) {
     for (const std::string& text : component.texts) line += "  " + text;
     for (const uint32_t value : component.values) line += "  " + std::to_string(value);
     return line + "\n";
+}
+
+void print(const View& view, bool json, int indentation) {
+    // Texts of a printer may hold anything; what isn't UTF-8 must not end the program.
+    const std::string text =
+        json ? view.data.dump(indentation, ' ', false, Json::error_handler_t::replace) + "\n" : view.text;
+    std::fputs(text.c_str(), stdout);
 }
 
 }  // namespace
@@ -113,10 +121,12 @@ View viewOf(const Bytes& bytes) {
 }
 
 void show(const View& view, bool json) {
-    // Texts of a printer may hold anything; what isn't UTF-8 must not end the program.
-    const std::string text =
-        json ? view.data.dump(2, ' ', false, Json::error_handler_t::replace) + "\n" : view.text;
-    std::fputs(text.c_str(), stdout);
+    print(view, json, 2);
+}
+
+void showLine(const View& view, bool json) {
+    print(view, json, -1);
+    if (std::fflush(stdout) != 0) throw Refusal("The output can't be written.");
 }
 
 }  // namespace tool

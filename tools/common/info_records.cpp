@@ -5,6 +5,21 @@
 namespace tool {
 namespace {
 
+constexpr uint32_t longestUnlessStated = 25120;  // for the codes 0xE0 to 0xEF
+
+MediaSize decodeMedia(ByteView entry) {
+    MediaSize media{.code = entry[0],
+                    .width = littleEndian(entry.subspan(1, 4)),
+                    .length = littleEndian(entry.subspan(5, 4)),
+                    .longest = littleEndian(entry.subspan(11, 4)),
+                    .sectionWidth = littleEndian(entry.subspan(15, 4)),
+                    .sectionLengths = {}};
+    for (size_t i = 0; i < media.sectionLengths.size(); ++i)
+        media.sectionLengths[i] = littleEndian(entry.subspan(19 + 2 * i, 2));
+    if (media.code >> 4 == 0xE && media.longest == 0) media.longest = longestUnlessStated;
+    return media;
+}
+
 FirmwareComponent decodeComponent(unsigned number, ByteView entry) {
     return {number,
             {textOf(entry.subspan(0, 8)), textOf(entry.subspan(8, 16)), textOf(entry.subspan(24, 10))},
@@ -16,6 +31,16 @@ Bytes copyOf(ByteView bytes) {
 }
 
 }  // namespace
+
+std::vector<MediaSize> decodeMediaList(ByteView record) {
+    std::vector<MediaSize> list;
+    if (record.empty()) return list;
+    const size_t room = (record.size() - 1) / ZPRUSB_MEDIA_ENTRY_SIZE;
+    const size_t count = std::min<size_t>(record[0], room);
+    for (size_t i = 0; i < count; ++i)
+        list.push_back(decodeMedia(record.subspan(1 + i * ZPRUSB_MEDIA_ENTRY_SIZE, ZPRUSB_MEDIA_ENTRY_SIZE)));
+    return list;
+}
 
 std::vector<FirmwareComponent> decodeFirmware(ByteView record) {
     const size_t room = (record.size() - 1) / ZPRUSB_FIRMWARE_ENTRY_SIZE;

@@ -5,7 +5,6 @@
 #include <string>
 
 #include "info_records.h"
-#include "media.h"
 
 namespace tool {
 
@@ -35,5 +34,9 @@ std::string nameOf(const MediaSize& media);
 
 /// Prints one of the two views on standard output.
 void show(const View& view, bool json);
+
+/// The same for one of many: JSON takes a single line, and what is printed leaves the program at once.
+/// @throws Refusal when nobody takes it any more.
+void showLine(const View& view, bool json);
 
 }  // namespace tool

@@ -1,4 +1,4 @@
-/// The records of zprusb_getPrinterInfo(), other than the media list, with their fields.
+/// The records of zprusb_getPrinterInfo() with their fields.
 #pragma once
 
 #include <zprusb.h>
@@ -10,6 +10,21 @@
 #include "bytes.h"
 
 namespace tool {
+
+constexpr double hundredthsPerInch = 2540;
+
+/// An entry of the media list. Lengths are in 1/100 mm.
+struct MediaSize {
+    uint8_t code;
+    uint32_t width;
+    uint32_t length;
+    uint32_t longest;  // of a variable length
+    uint32_t sectionWidth;
+    std::array<uint32_t, 5> sectionLengths;
+
+    /// Sizes of a variable length are asked for with a length of the caller's.
+    bool variable() const { return code < 0xF0 || code == 0xFF; }
+};
 
 /// The printer alone knows what the fields of a component mean.
 struct FirmwareComponent {
@@ -46,6 +61,7 @@ struct Maintenance {
 };
 
 /// Each of these takes a record of the whole size that the tag has.
+std::vector<MediaSize> decodeMediaList(ByteView record);
 std::vector<FirmwareComponent> decodeFirmware(ByteView record);
 Counters decodeCounters(ByteView record);
 DeviceError decodeDeviceError(ByteView record);

@@ -1,0 +1,40 @@
+/// What the tools' command lines have in common. It brings in all of the argument library, which takes long to
+/// compile, so each tool includes it in one file only.
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "common_arguments.h"
+
+namespace tool {
+
+/// Adds what is there whatever the command.
+void defineCommon(CLI::App& app, CommonArguments& arguments);
+
+/// Understands the command line. For --help and --version, and after an error, it prints what there is to say.
+/// @return the exit status when there is nothing more to do.
+std::optional<int> parse(CLI::App& app, std::vector<std::string> words);
+
+/// A command of the command line, and where its arguments gather.
+template <class Values>
+struct Command {
+    CLI::App* app;
+    std::shared_ptr<Values> values;
+
+    Values* operator->() const { return values.get(); }
+};
+
+/// Adds a command. When it is the one that is called, its values become `arguments.command`.
+template <class Values, class Arguments>
+Command<Values> addCommand(CLI::App& app, const char* name, const char* description, Arguments& arguments) {
+    const auto values = std::make_shared<Values>();
+    CLI::App* command = app.add_subcommand(name, description);
+    command->callback([&arguments, values] { arguments.command = *values; });
+    return {command, values};
+}
+
+}  // namespace tool

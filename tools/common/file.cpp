@@ -1,0 +1,41 @@
+#include "file.h"
+
+#include <filesystem>
+#include <fstream>
+
+#include "failure.h"
+
+namespace tool {
+namespace {
+
+std::filesystem::path pathOf(const std::string& utf8) {
+    return std::u8string(utf8.begin(), utf8.end());
+}
+
+}  // namespace
+
+void refuseFile(const std::string& path, const std::string& reason) {
+    throw WrongUsage("'" + path + "' " + reason);
+}
+
+Bytes readFile(const std::string& path, uint64_t largest) {
+    const std::filesystem::path file = pathOf(path);
+    std::error_code error;
+    if (!std::filesystem::exists(file, error)) refuseFile(path, "does not exist.");
+    const uint64_t size = std::filesystem::file_size(file, error);
+    if (error) refuseFile(path, "is not a file that can be read.");
+    if (size > largest) refuseFile(path, "is larger than " + std::to_string(largest >> 20) + " MiB.");
+    Bytes content(size);
+    std::ifstream stream(file, std::ios::binary);
+    if (!stream.read(reinterpret_cast<char*>(content.data()), static_cast<std::streamsize>(size)))
+        refuseFile(path, "can't be read.");
+    return content;
+}
+
+void writeFile(const std::string& path, ByteView content) {
+    std::ofstream stream(pathOf(path), std::ios::binary);
+    stream.write(reinterpret_cast<const char*>(content.data()), static_cast<std::streamsize>(content.size()));
+    if (!stream.flush()) refuseFile(path, "can't be written.");
+}
+
+}  // namespace tool

@@ -1,0 +1,17 @@
+/// Whole files, named by paths in UTF-8.
+#pragma once
+
+#include "bytes.h"
+
+namespace tool {
+
+/// @throws WrongUsage that says what is wrong with the file.
+[[noreturn]] void refuseFile(const std::string& path, const std::string& reason);
+
+/// @throws WrongUsage also for a file of more than `largest` bytes, which must be whole mebibytes.
+Bytes readFile(const std::string& path, uint64_t largest);
+
+/// @throws WrongUsage
+void writeFile(const std::string& path, ByteView content);
+
+}  // namespace tool

@@ -1,0 +1,75 @@
+/// What the command line asks for. Each command is a struct here, a definition in arguments.cpp, and a run()
+/// in commands.h.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "bytes.h"
+#include "common_arguments.h"
+
+namespace tool {
+
+struct EepromReadArguments {
+    uint8_t address = 0;
+    uint8_t count = 0;
+    std::string out;  // a file for the bytes, instead of a dump
+};
+
+struct EepromWriteArguments {
+    uint8_t address = 0;
+    Bytes bytes;
+    std::string file;  // instead of the bytes
+};
+
+struct DiagnoseArguments {
+    uint8_t kind = 0;
+    uint8_t first = 0;
+    uint8_t second = 0;
+    bool resultsOnly = false;
+};
+
+struct ErrorLogArguments {
+    bool clear = false;
+};
+
+struct ToneCurveLoadArguments {
+    std::string file;
+    uint8_t curve = 0;
+};
+
+struct ToneCurveResetArguments {};
+
+struct MaintenanceDataArguments {
+    uint8_t first = 0;
+    uint8_t second = 0;
+};
+
+struct MaintenanceSetArguments {
+    std::array<uint16_t, 6> values{};
+};
+
+struct UniversalArguments {
+    Bytes bytes;
+};
+
+struct RawArguments {
+    Bytes bytes;
+};
+
+struct Arguments : CommonArguments {
+    bool confirmed = false;  // what changes the printer is done without asking
+    std::variant<EepromReadArguments, EepromWriteArguments, DiagnoseArguments, ErrorLogArguments,
+                 ToneCurveLoadArguments, ToneCurveResetArguments, MaintenanceDataArguments,
+                 MaintenanceSetArguments, UniversalArguments, RawArguments>
+        command;
+};
+
+/// Understands the command line. For --help and --version, and after an error, it prints what there is to say.
+/// @return the exit status when there is nothing more to do.
+std::variant<Arguments, int> parseArguments(std::vector<std::string> words);
+
+}  // namespace tool
