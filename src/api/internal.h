@@ -18,8 +18,9 @@
 extern "C" {
 #endif
 
-/// Opens the library as zprusb_open() does.
+/// Opens the library as zprusb_open() does, and its objects for firmware updates.
 /// @param unused has no effect.
+/// @param resultCode as for zprusb_open().
 uint32_t zprusb_openForUpdate(uint32_t unused, uint16_t* resultCode);
 
 /// Searches the printers and lists their identifiers.
@@ -139,6 +140,41 @@ uint32_t zprusb_cmdSetPrinterUniqueString(const uint8_t* data, uint8_t count, ui
 
 /// Sends nothing, writes no code and returns 0.
 uint32_t zprusb_cmdReserved(uint8_t value, uint16_t* resultCode);
+
+/// The firmware update. The thread's object must have been opened with zprusb_openForUpdate(), otherwise 1501.
+/// Order of use: check the target, load, start, write once or in parts, free. Not on two threads at once with
+/// the same object.
+
+/// Reads a file of Motorola S-records into an image of the addresses from its lowest to its highest data byte;
+/// what no record sets is 0xFF.
+/// @param path 8-bit characters, terminated.
+/// @param imageLength, imageByteSum length of the image in bytes, and the sum of its bytes modulo 2^32; 0 after
+///        a failure. May be null.
+/// @param startAddress, endAddress of the image's first and last byte; untouched after a failure. May be null.
+/// @param resultCode 0; 1000; 1005 the file can't be read, or ends within a record; 1006 no path; 1501; 3001;
+///        3002; 3003 also when the image were larger than 512 KiB.
+/// @return the image, to be given to zprusb_freeUpdateImage() before zprusb_close(); null on failure.
+uint8_t* zprusb_loadUpdateImage(const char* path, uint32_t* imageLength, uint32_t* imageByteSum,
+                                uint32_t* startAddress, uint32_t* endAddress, uint16_t* resultCode);
+
+/// Releases an image. Does nothing when there is no object.
+/// @param image from zprusb_loadUpdateImage(), or null.
+void zprusb_freeUpdateImage(uint8_t* image);
+
+/// Tells whether a printer is selected that takes firmware. Sends nothing.
+/// @param resultCode 0; 1501; 2000.
+uint32_t zprusb_checkUpdateTarget(uint16_t* resultCode);
+
+/// Announces a transfer to the printer, and waits 300 ms more once it has accepted.
+/// @param target, start, length sent as they are; their meaning is the printer's.
+/// @param resultCode 0; 1501; 2000; 3200.
+uint32_t zprusb_startUpdate(uint8_t target, uint32_t start, uint32_t length, uint16_t* resultCode);
+
+/// Sends the next bytes of the transfer, in chunks of 4096 bytes, without a time-out.
+/// @param data the start of the image in every call: what was sent since the start is left out.
+/// @param length bytes to send; becomes the number of bytes that this call sent. With 0, nothing is sent.
+/// @param resultCode 0; 1006; 1501; 2000; 2600.
+uint32_t zprusb_writeUpdateData(const uint8_t* data, uint32_t* length, uint16_t* resultCode);
 
 #ifdef __cplusplus
 }

@@ -26,11 +26,12 @@ uint32_t zprusb_attachObjectCount(uint16_t* boundThreads, uint16_t* objectCount)
 
 uint32_t zprusb_open(uint16_t* resultCode) {
     HoldingApiLock lock(apiLock);
-    return api::openLibrary(resultCode);
+    return api::openLibrary(api::Purpose::printing, resultCode);
 }
 
 uint32_t zprusb_openForUpdate(uint32_t, uint16_t* resultCode) {
-    return zprusb_open(resultCode);
+    HoldingApiLock lock(apiLock);
+    return api::openLibrary(api::Purpose::update, resultCode);
 }
 
 void zprusb_close(void) {

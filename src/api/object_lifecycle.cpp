@@ -61,6 +61,11 @@ bool openSlot(uint32_t slot, uint16_t* resultCode) {
     return openObject(*object, resultCode);
 }
 
+void allowUpdates(uint32_t slot) {
+    const ObjectUse object(static_cast<int>(slot));
+    if (!(*object).update) (*object).update.emplace();
+}
+
 /// Ends what the object has of the outside world. Its memory goes with its last user.
 void tearDown(uint32_t slot) {
     const ObjectUse object(static_cast<int>(slot));
@@ -88,11 +93,13 @@ bool makeObjects(uint16_t count) {
     return true;
 }
 
-bool openLibrary(uint16_t* resultCode) {
+bool openLibrary(Purpose purpose, uint16_t* resultCode) {
     for (uint32_t slot = 0; slot < objectCount(); ++slot) {
-        if (openSlot(slot, resultCode)) continue;
-        releaseObjects(nullptr);
-        return false;
+        if (!openSlot(slot, resultCode)) {
+            releaseObjects(nullptr);
+            return false;
+        }
+        if (purpose == Purpose::update) allowUpdates(slot);
     }
     const bool bound = bindThreadSlot() != noSlot;
     device::startMessageWindowThread(handleDeviceChange);

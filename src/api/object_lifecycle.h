@@ -8,8 +8,11 @@ namespace api {
 /// Raises the number of objects and opens those that are missing.
 bool makeObjects(uint16_t count);
 
+/// What the objects are opened for. Those that are open for updates stay so.
+enum class Purpose { printing, update };
+
 /// Opens all objects and binds the calling thread; on failure releases them again, unless a thread is bound.
-bool openLibrary(uint16_t* resultCode);
+bool openLibrary(Purpose purpose, uint16_t* resultCode);
 
 /// Refuses with 1502 while a thread is bound.
 bool releaseObjects(uint16_t* resultCode);

@@ -3,6 +3,7 @@
 #include <array>
 #include <atomic>
 #include <cstdint>
+#include <optional>
 
 #include "device/control_library.h"
 #include "device/transport.h"
@@ -48,6 +49,11 @@ struct WorkingBuffers {
     uint8_t* work = nullptr;
 };
 
+/// How far a firmware update has got.
+struct UpdateSession {
+    uint32_t bytesSent = 0;  // since the printer was last asked to take a transfer
+};
+
 /// One printer as seen by one caller thread. Only api/ opens one and tears it down; the operations on it are
 /// free functions in the folder of their subject. Guarded by the ApiLock, except what is atomic and what says
 /// otherwise.
@@ -61,8 +67,9 @@ struct PrinterObject {
     PrinterId selectedPrinterId = filledPrinterId(0xFF);
     PrinterLabel selectedPrinterLabel{};
     PageParameters page;
-    uint16_t scanLimit = deviceCount;  // device numbers that an enumeration probes
-    uint16_t openedCount = 0;          // devices that the last enumeration opened
+    std::optional<UpdateSession> update;  // there in an object that was opened for update
+    uint16_t scanLimit = deviceCount;     // device numbers that an enumeration probes
+    uint16_t openedCount = 0;             // devices that the last enumeration opened
     platform::NamedMutex* pageMutex =
         nullptr;        // what the last page start reserved; guarded by the device table
     uint32_t uses = 0;  // holders of this object; guarded by the object table

@@ -1,0 +1,39 @@
+/// Entry points of the firmware update: each is its frame and its operation.
+#include "api/entry_frame.h"
+#include "api/internal.h"
+#include "firmware/update.h"
+
+using api::lockFreeFrame;
+using api::onPrinter;
+using api::run;
+using device::PrinterObject;
+
+uint8_t* zprusb_loadUpdateImage(const char* path, uint32_t* imageLength, uint32_t* imageByteSum,
+                                uint32_t* startAddress, uint32_t* endAddress, uint16_t* resultCode) {
+    uint8_t* image = nullptr;
+    onPrinter(lockFreeFrame, resultCode, [&](PrinterObject& printer) {
+        image = firmware::loadUpdateImage(printer, path, {imageLength, imageByteSum, startAddress, endAddress},
+                                          resultCode);
+        return image != nullptr;
+    });
+    return image;
+}
+
+void zprusb_freeUpdateImage(uint8_t* image) {
+    onPrinter(lockFreeFrame, nullptr, [&](PrinterObject&) {
+        firmware::freeUpdateImage(image);
+        return true;
+    });
+}
+
+uint32_t zprusb_checkUpdateTarget(uint16_t* resultCode) {
+    return run(lockFreeFrame, resultCode, firmware::checkUpdateTarget);
+}
+
+uint32_t zprusb_startUpdate(uint8_t target, uint32_t start, uint32_t length, uint16_t* resultCode) {
+    return run(lockFreeFrame, resultCode, firmware::startUpdate, target, start, length);
+}
+
+uint32_t zprusb_writeUpdateData(const uint8_t* data, uint32_t* length, uint16_t* resultCode) {
+    return run(lockFreeFrame, resultCode, firmware::writeUpdateData, data, length);
+}

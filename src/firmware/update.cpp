@@ -1,0 +1,103 @@
+#include "firmware/update.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+#include "device/device_table.h"
+#include "firmware/srecord_file.h"
+#include "platform/thread.h"
+#include "protocol/exchange.h"
+
+namespace firmware {
+
+namespace {
+
+constexpr uint32_t fileBufferSize = 0x40000;
+constexpr uint32_t largestImage = 0x80000;
+constexpr uint32_t vendor = 0x5A2C;
+constexpr uint32_t preparationMilliseconds = 300;
+
+/// Whether the object may be used for updates.
+bool isOpenForUpdate(const PrinterObject& printer, uint16_t* resultCode) {
+    return printer.update.has_value() || device::fail(ZPRUSB_NO_OBJECT, resultCode);
+}
+
+void report(uint32_t* fact, uint32_t value) {
+    if (fact != nullptr) *fact = value;
+}
+
+/// The range of the file first, then its bytes. No memory is taken for what the file only pretends to hold.
+uint16_t readImage(SRecordJob& job) {
+    job.scanOnly = 1;
+    job.sizeLimit = largestImage;
+    const uint16_t result = readSRecordFile(job);
+    if (result != ZPRUSB_SUCCESS) return result;
+    const bool wrapsAround = job.lowestAddress > job.highestAddress;
+    const bool isWholeMemory = job.highestAddress - job.lowestAddress == UINT32_MAX;
+    if (job.sizeExceeded != 0 || wrapsAround || isWholeMemory) return ZPRUSB_BAD_ADDRESS;
+    job.scanOnly = 0;
+    job.startAddress = job.lowestAddress;
+    job.endAddress = job.highestAddress;
+    return readSRecordFile(job);
+}
+
+}  // namespace
+
+uint8_t* loadUpdateImage(PrinterObject& printer, const char* path, const ImageFacts& facts,
+                         uint16_t* resultCode) {
+    if (!isOpenForUpdate(printer, resultCode)) return nullptr;
+    SRecordJob job{.inputPath = path, .fillByte = 0xFF, .readBufferSize = fileBufferSize};
+    const uint16_t result = path != nullptr ? readImage(job) : uint16_t{ZPRUSB_BAD_ARGUMENT};
+    device::setResult(resultCode, result);
+    report(facts.length, job.image != nullptr ? job.imageLength : 0);
+    report(facts.byteSum, job.image != nullptr ? job.imageByteSum : 0);
+    if (job.image == nullptr) return nullptr;
+    report(facts.startAddress, job.lowestAddress);
+    report(facts.endAddress, job.highestAddress);
+    return job.image;
+}
+
+void freeUpdateImage(uint8_t* image) {
+    std::free(image);
+}
+
+bool checkUpdateTarget(PrinterObject& printer, uint16_t* resultCode) {
+    if (!isOpenForUpdate(printer, resultCode)) return false;
+    const uint8_t index = printer.deviceIndex;
+    if (index >= device::deviceCount || device::deviceTable[index].vendorProduct >> 16 != vendor) {
+        return device::fail(ZPRUSB_NO_PRINTER, resultCode);
+    }
+    device::setResult(resultCode, ZPRUSB_SUCCESS);
+    return true;
+}
+
+bool startUpdate(PrinterObject& printer, uint8_t target, uint32_t start, uint32_t length,
+                 uint16_t* resultCode) {
+    if (!checkUpdateTarget(printer, resultCode)) return false;
+    const bool accepted = protocol::perform(printer, nullptr, protocol::sendUpdate, target, start, length);
+    if (accepted) platform::sleepMilliseconds(preparationMilliseconds);
+    printer.update->bytesSent = 0;
+    device::setResult(resultCode, accepted ? ZPRUSB_SUCCESS : ZPRUSB_UPDATE_REFUSED);
+    return accepted;
+}
+
+bool writeUpdateData(PrinterObject& printer, const uint8_t* data, uint32_t* length, uint16_t* resultCode) {
+    if (!checkUpdateTarget(printer, resultCode)) return false;
+    if (length == nullptr || (data == nullptr && *length != 0)) {
+        return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
+    }
+    uint32_t remaining = *length;
+    *length = 0;
+    while (remaining > 0) {
+        const uint32_t chunk = std::min(device::chunkSize, remaining);
+        if (!device::directWrite(printer.writer, data + printer.update->bytesSent, chunk, resultCode))
+            return false;
+        *length += chunk;
+        printer.update->bytesSent += chunk;
+        remaining -= chunk;
+    }
+    device::setResult(resultCode, ZPRUSB_SUCCESS);
+    return true;
+}
+
+}  // namespace firmware

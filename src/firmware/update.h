@@ -1,0 +1,38 @@
+/// The firmware update: a file becomes an image, the printer accepts the transfer, the image goes out in parts.
+/// None of these takes the ApiLock or reserves the printer. They need an object that was opened for update;
+/// on another one they give 1501.
+#pragma once
+
+#include "device/printer_object.h"
+
+namespace firmware {
+
+using device::PrinterObject;
+
+/// What loadUpdateImage() tells about an image; each pointer may be null.
+struct ImageFacts {
+    uint32_t* length;
+    uint32_t* byteSum;
+    uint32_t* startAddress;
+    uint32_t* endAddress;
+};
+
+/// @return the image, to be released with freeUpdateImage(); null on failure, with a length and a sum of 0.
+uint8_t* loadUpdateImage(PrinterObject& printer, const char* path, const ImageFacts& facts,
+                         uint16_t* resultCode);
+
+/// @param image may be null.
+void freeUpdateImage(uint8_t* image);
+
+/// Whether the selected printer is one that takes firmware; otherwise 2000.
+bool checkUpdateTarget(PrinterObject& printer, uint16_t* resultCode);
+
+/// Announces a transfer; the printer gets 300 ms to prepare for it. Whatever goes wrong is 3200.
+bool startUpdate(PrinterObject& printer, uint8_t target, uint32_t start, uint32_t length, uint16_t* resultCode);
+
+/// Sends the bytes after those that were sent since the last start.
+/// @param data the start of the image in every call.
+/// @param length bytes to send, then bytes sent.
+bool writeUpdateData(PrinterObject& printer, const uint8_t* data, uint32_t* length, uint16_t* resultCode);
+
+}  // namespace firmware
