@@ -39,6 +39,8 @@ bool threadsWereLeftBehind();
 /// The calling thread's identifier, unique among the running threads of the machine; never 0xFFFFFFFF.
 uint32_t currentThreadId();
 
+uint32_t currentProcessId();
+
 void sleepMilliseconds(uint32_t milliseconds);
 
 }  // namespace platform

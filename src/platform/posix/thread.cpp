@@ -129,6 +129,10 @@ uint32_t currentThreadId() {
     return static_cast<uint32_t>(gettid());
 }
 
+uint32_t currentProcessId() {
+    return static_cast<uint32_t>(getpid());
+}
+
 void sleepMilliseconds(uint32_t milliseconds) {
     sleepUntil(after(milliseconds));
 }

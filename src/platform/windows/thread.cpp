@@ -88,6 +88,10 @@ uint32_t currentThreadId() {
     return GetCurrentThreadId();
 }
 
+uint32_t currentProcessId() {
+    return GetCurrentProcessId();
+}
+
 void sleepMilliseconds(uint32_t milliseconds) {
     Sleep(milliseconds);
 }

@@ -1,0 +1,143 @@
+#include "trace/trace.h"
+
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <regex>
+
+#include "api/object_table.h"
+#include "open_printer.h"
+#include "platform/thread.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Works in a folder of its own. Where drives have letters the traces are beyond it, in a folder that stays, as
+/// other tests may be using it.
+struct Trace : OpenPrinter {
+    Trace() {
+        fs::create_directories(own);
+        fs::current_path(own);
+        fs::create_directories(traces);
+    }
+    ~Trace() override {
+        fs::remove(ofThread);
+        fs::current_path(former);
+        fs::remove_all(own);
+    }
+
+    /// What is in a file, with the times of its entries as T, and line ends as in memory. The file is removed.
+    static std::string take(const fs::path& file) {
+        std::stringstream text;
+        text << std::ifstream(file).rdbuf();
+        fs::remove(file);
+        static const std::regex time(R"(\[\d{4}/\d\d/\d\d \d\d:\d\d:\d\d\.\d{3}  )");
+        return std::regex_replace(text.str(), time, "[T  ");
+    }
+
+    const std::string thread = std::to_string(platform::currentThreadId());
+    const std::string process = std::to_string(platform::currentProcessId());
+    const fs::path former = fs::current_path();
+    const fs::path own = fs::temp_directory_path() / ("zprusb-trace-" + process);
+    const fs::path traces = "c:/bin";
+    const fs::path ofThread = traces / ("ZprUsbLog-" + thread + "-" + process + ".txt");
+    const fs::path ofAll = traces / "ZprUsbLog-ThreadDevice.txt";
+    const std::string identification = "Process ID = " + process + "\nThread ID  = " + thread + "\n";
+};
+
+std::string hexOf(uint64_t handle) {
+    char text[16];
+    std::snprintf(text, sizeof text, "%X", static_cast<unsigned>(handle));
+    return text;
+}
+
+}  // namespace
+
+TEST_F(Trace, tellsEventsByTheirKind) {
+    const std::string lines =
+        "[T  < open > ] \n[T  < open > result = 65535 ] \n"
+        "[T  < open > size = -1 result = 65535 ] \n";
+    for (const int kind : {0, 1, 2, 3, 4, -1}) {
+        trace::traceApiCall(kind, "open", 0xFFFFFFFF, 0xFFFF);
+        trace::traceThreadDevice(kind, "open", 0xFFFFFFFF, 0xFFFF);
+    }
+    EXPECT_EQ(take(ofThread), identification + lines + "[T  < open > data = -1 ] \n");
+    EXPECT_EQ(take(ofAll), identification + lines);
+    trace::traceApiCall(7, "none", 0, 0);
+    EXPECT_EQ(take(ofThread), identification);
+}
+
+TEST_F(Trace, dumpsTransfersAndHandles) {
+    const api::ObjectUse object(api::findThreadSlot());
+    const auto& [writer, reader] = std::tie((*object).writer, (*object).reader);
+    const uint8_t bytes[] = {0x07, 0xC0, 0xAB, 0x00};
+    const uint32_t four = 4, none = 0;
+    trace::traceReceive(reader, bytes, &four);
+    trace::traceReceive(reader, bytes, &none);
+    trace::traceReceiveHandle(reader, 1);
+    trace::traceReceiveHandle(reader, 2);
+    trace::traceSend(writer, bytes, &four);
+    for (const int kind : {1, 2, 3}) trace::traceSendHandle(writer, kind, bytes, &four);
+    for (const int kind : {1, 2, 3}) trace::traceConnectHandle(kind, uint8_t{0});
+    trace::traceConnectHandle(1, -1);
+    const std::string read = hexOf(reader.pipe), write = hexOf(writer.pipe);
+    EXPECT_EQ(take(ofThread),
+              "[T  < Receive Message > ] \n07 C0 AB 00 \n[T  < Receive Message > ] \n\n"
+              "[T  < Recv Command Handle > ] \n" +
+                  read +
+                  "\n[T  < Recv Command Handle > ] \n\n"
+                  "[T  < Send Command > Set Printer Unique String Commnad] \n07 C0 AB 00 \n"
+                  "[T  < Send Command Handle > ] \n" +
+                  write +
+                  "\n[T  < Send Command Handle > ] \n07 C0 AB 00 \n"
+                  "[T  < Send Command Handle > ] \n\n"
+                  "[T  < Connect Read Handle > ] \n" +
+                  read + "\n[T  < Connect Write Handle > ] \n" + write +
+                  "\n\n"
+                  "[T  < Connect Read Handle > ] \nFFFFFFFF\n");
+}
+
+TEST_F(Trace, namesEveryCommand) {
+    const std::map<std::pair<int, int>, std::string> names{
+        {{0x01, 0x40}, "Print Command"},
+        {{0x02, 0x40}, "Print Long Command"},
+        {{0x03, 0x40}, "Flash LED Command"},
+        {{0x04, 0x40}, "Reset Command"},
+        {{0x05, 0x40}, "Read Tone Curve Command"},
+        {{0x06, 0x40}, "Operation Button Command"},
+        {{0x07, 0x40}, "Reset Error Log Command"},
+        {{0x01, 0x00}, "Get Status Command"},
+        {{0x02, 0x00}, "Get Media Information Command"},
+        {{0x03, 0x00}, "Get Model Name Command"},
+        {{0x04, 0x00}, "Get Error Log Command"},
+        {{0x01, 0xC0}, "Self-diagnosis execution Command"},
+        {{0x02, 0xC0}, "Batch Self-diagnosis Result acquisition Command"},
+        {{0x03, 0xC0}, "Get Firmware Information Command"},
+        {{0x04, 0xC0}, "Update Command"},
+        {{0x05, 0xC0}, "Get EEPROM Maintenance Command"},
+        {{0x06, 0xC0}, "Set EEPROM Maintenance Command"},
+        {{0x07, 0xC0}, "Set Printer Unique String Commnad"},
+        {{0x01, 0x80}, "USB firmware download command"},
+        {{0x02, 0x80}, "Maintenance Permission Command"},
+        {{0x03, 0x80}, "Get Printer Unique String Commnad"},
+        {{0xFF, 0xC0}, "Universal Command"},
+    };
+    const uint32_t two = 2;
+    for (const int commandClass : {0x00, 0x40, 0x80, 0xC0, 0xFF}) {
+        for (const int commandNo : {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 0xFF}) {
+            const uint8_t frame[] = {static_cast<uint8_t>(commandNo), static_cast<uint8_t>(commandClass)};
+            trace::traceSend({}, frame, &two);
+            const auto row = names.find({commandNo, commandClass});
+            const std::string name = row != names.end() ? row->second : "";
+            EXPECT_TRUE(take(ofThread).starts_with("[T  < Send Command > " + name + "] \n")) << name;
+        }
+    }
+}
+
+TEST_F(Trace, writesNothingWithoutItsFolder) {
+    if (traces.is_absolute()) GTEST_SKIP() << "The folder may be in use.";
+    fs::remove(traces);
+    trace::traceApiCall(0, "open", 0, 0);
+    EXPECT_FALSE(fs::exists(traces));
+}
