@@ -135,7 +135,7 @@ enum zprusb_infoSize { ZPRUSB_INFO_TAGS(ZPRUSB_ENUMERATOR) ZPRUSB_INFO_SIZE_END 
     X(23, BUTTON, 1, "operation button, 1 or 2") \
     X(24, PARAMETER, 4, "printer parameter 1, little-endian") \
     X(25, UNIQUE_STRING, 0, "the printer's unique string, 1 to 23 bytes") \
-    X(26, UNIQUE_STRING_NOT_8, 0, "as 25, but 8 bytes are refused")
+    X(26, UNIQUE_STRING_NOT_8, 0, "as 25, but 8 bytes are refused; of a longer length the low 8 bits count")
 
 #define ZPRUSB_ENUMERATOR(tag, name, size, content) ZPRUSB_SET_##name = (tag),
 enum zprusb_settingTag { ZPRUSB_SETTING_TAGS(ZPRUSB_ENUMERATOR) ZPRUSB_SET_END };
@@ -220,7 +220,8 @@ ZPRUSB_API uint32_t zprusb_getPrinterInfo(uint16_t tag, uint8_t* buffer, uint32_
 /// @param tag one of ::zprusb_settingTag.
 /// @param data the value, with at least the bytes that the tag reads.
 /// @param length number of bytes of the data; read by tags 25 and 26 only, never changed.
-/// @param resultCode 0; 1006; 1500; 1501; 2000; 2504; 2600; the printer's 2100 to 2310 and 2500.
+/// @param resultCode 0; 1006 another tag, a value or length outside its range, or a null pointer that the tag
+///        needs; 1500; 1501; 2000; 2504; 2600; the printer's 2100 to 2310 and 2500.
 ZPRUSB_API uint32_t zprusb_setPrinterInfo(uint16_t tag, const uint8_t* data, const uint32_t* length,
                                           uint16_t* resultCode);
 

@@ -13,13 +13,20 @@ using device::PrinterObject;
 
 namespace {
 
+/// Sends a command and reads any answer.
 /// @param send the builder of the command, called with these values and the result code.
+template <class... Parameters, class... Values>
+bool sendAndDrop(PrinterObject& printer, uint16_t* resultCode, bool (*send)(PipeWriter&, Parameters...),
+                 const Values&... values) {
+    return send(printer.writer, values..., resultCode) && protocol::dropAnswer(printer.reader, resultCode);
+}
+
+/// The same in its frame, with the printer reserved.
 template <class... Parameters, class... Values>
 uint32_t command(uint16_t* resultCode, bool (*send)(PipeWriter&, Parameters...), const Values&... values) {
     return onPrinter(lockFreeFrame, resultCode, [&](PrinterObject& printer) {
         const device::Reservation reservation = device::acquireDevice(printer, resultCode);
-        return reservation && send(printer.writer, values..., resultCode) &&
-               protocol::dropAnswer(printer.reader, resultCode);
+        return reservation && sendAndDrop(printer, resultCode, send, values...);
     });
 }
 
@@ -43,8 +50,7 @@ uint32_t zprusb_cmdGetMediaInfo(uint16_t* resultCode) {
 
 uint32_t zprusb_cmdSelfDiagnosis(uint8_t kind, uint8_t p1, uint8_t p2, uint16_t* resultCode) {
     return onPrinter(lockFreeFrame, resultCode, [&](PrinterObject& printer) {  // without a reservation
-        return protocol::sendSelfDiagnosis(printer.writer, kind, p1, p2, resultCode) &&
-               protocol::dropAnswer(printer.reader, resultCode);
+        return sendAndDrop(printer, resultCode, protocol::sendSelfDiagnosis, kind, p1, p2);
     });
 }
 
@@ -83,6 +89,6 @@ uint32_t zprusb_cmdSetPrinterUniqueString(const uint8_t* data, uint8_t count, ui
     return command(resultCode, protocol::sendSetPrinterUniqueString, data, count);
 }
 
-uint32_t zprusb_cmdReserved(uint8_t, uint16_t*) {
-    return 0;
+uint32_t zprusb_cmdReserved(uint8_t, uint16_t* resultCode) {
+    return onPrinter(lockFreeFrame, resultCode, [](PrinterObject&) { return false; });
 }

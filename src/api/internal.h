@@ -1,12 +1,17 @@
 /// Entry points of the library that are not exported: a program that is linked with the static archive can
 /// call them. They keep the conventions of zprusb.h: 1 for success and 0 for failure, the code through
-/// resultCode (may be null), 1501 without an object. A null pointer where bytes are read or written gives 1006
-/// and sends nothing.
+/// resultCode (may be null), 1501 without an object. A null pointer where bytes are to be read or written gives
+/// 1006 and sends nothing.
 ///
-/// All but zprusb_setToneCurve() run without the ApiLock; what they send and what they receive with a time-out
-/// holds it for the length of the transfer. "Reserves" means: holds the printer's device mutex for the whole
-/// run, and fails with 2000 (no printer selected, or it is gone), 1500 (another thread holds it for more than
-/// 500 ms) or 2504. Entry points that don't reserve must not run while another thread prints on the printer.
+/// From zprusb_resetErrorLog() on they run without the ApiLock; what they send and what they receive with a
+/// time-out holds it for the length of the transfer. "Reserves" means: holds the printer's device mutex for the
+/// whole run, and fails with 2000 (no printer selected, or it is gone), 1500 (another thread or process holds
+/// it for more than 500 ms, or its last owner ended without releasing it) or 2504. Entry points that don't
+/// reserve must not run while another thread prints on the printer.
+///
+/// "The codes of error answers" are 2100 to 2310, 2500 and 2504; where the answer carries data, 2601 to 2605 as
+/// well, which otherwise count as 2600. Data of an answer that is not as long as it says are handed out, and 1
+/// is returned, with 2600.
 
 #pragma once
 
@@ -104,8 +109,9 @@ uint32_t zprusb_selfDiagnosisData(uint8_t kind, uint8_t p1, uint8_t p2, uint8_t*
 /// @param out *length bytes; null asks for the size: *length becomes ZPRUSB_DIAGNOSIS_RESULTS_SIZE, the code 0
 ///        and the return value 0.
 /// @param length the room in out; becomes the number of bytes copied, ZPRUSB_DIAGNOSIS_RESULTS_SIZE at most.
-/// @param resultCode 0; 8000 the printer has no results (out then holds zeros); 2600; the codes of error
-///        answers.
+/// @param resultCode 0, also when the answer is not as long as it says; 8000 the printer answered with
+/// condition
+///        2106 (out then holds zeros); 2600; the codes of error answers.
 uint32_t zprusb_getSelfDiagnosisResults(uint8_t* out, uint32_t* length, uint16_t* resultCode);
 
 /// Sets the six maintenance values.
@@ -120,7 +126,9 @@ uint32_t zprusb_setMaintenanceParams(uint16_t v1, uint16_t v2, uint16_t v3, uint
 uint32_t zprusb_getMaintenanceData(uint8_t a, uint8_t b, uint8_t* out, uint16_t* resultCode);
 
 /// Each of these sends one command and waits, without a time-out, for one answer, which is dropped: 1 means
-/// that there was an answer, of whatever kind. They reserve, but for zprusb_cmdSelfDiagnosis().
+/// that the read succeeded, whatever it read. They reserve, but for zprusb_cmdSelfDiagnosis(). A unique string
+/// has 1 to 23 bytes, memory data 0 to 255, and of a job number the low byte is sent. zprusb_cmdPrint() sends
+/// without a time-out as well.
 /// Codes: 0; 1006 a count outside its range; 2600.
 uint32_t zprusb_cmdFlashLed(uint16_t* resultCode);
 uint32_t zprusb_cmdReset(uint8_t kind, uint16_t* resultCode);
@@ -138,7 +146,7 @@ uint32_t zprusb_cmdUpdate(uint8_t target, uint32_t start, uint32_t length, uint1
 uint32_t zprusb_cmdGetPrinterUniqueString(uint16_t* resultCode);
 uint32_t zprusb_cmdSetPrinterUniqueString(const uint8_t* data, uint8_t count, uint16_t* resultCode);
 
-/// Sends nothing, writes no code and returns 0.
+/// Sends nothing and returns 0; writes no code but 1501.
 uint32_t zprusb_cmdReserved(uint8_t value, uint16_t* resultCode);
 
 /// The firmware update. The thread's object must have been opened with zprusb_openForUpdate(), otherwise 1501.

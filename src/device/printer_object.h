@@ -70,8 +70,8 @@ struct PrinterObject {
     std::optional<UpdateSession> update;  // there in an object that was opened for update
     uint16_t scanLimit = deviceCount;     // device numbers that an enumeration probes
     uint16_t openedCount = 0;             // devices that the last enumeration opened
-    platform::NamedMutex* pageMutex =
-        nullptr;        // what the last page start reserved; guarded by the device table
+    // What the last page start reserved; guarded by the device table.
+    platform::NamedMutex* pageMutex = nullptr;
     uint32_t uses = 0;  // holders of this object; guarded by the object table
 };
 

@@ -22,8 +22,8 @@ struct Transfer {
 
 void writeWorker(void* argument) {
     auto* transfer = static_cast<Transfer*>(argument);
-    const bool wrote =
-        platform::writePipe(transfer->pipe, transfer->buffer, transfer->length, transfer->length);
+    const uint32_t length = transfer->length;
+    const bool wrote = platform::writePipe(transfer->pipe, transfer->buffer, length, transfer->length);
     transfer->success = wrote && transfer->length > 0;
 }
 

@@ -27,14 +27,14 @@ private:
 };
 
 /// Writes all bytes, however long that takes.
-/// @param written receives the number of bytes written, 0 after a failure.
-/// @return whether the system wrote without an error; a handle that takes no more bytes is no error.
+/// @param written receives the number of bytes written: fewer when the pipe takes no more after some of them.
+/// @return whether the system took any bytes, or reported no error.
 bool writePipe(PipeHandle pipe, const uint8_t* bytes, uint32_t length, uint32_t& written);
 
 /// Reads what is there, at least one byte unless the pipe is at its end, at most `capacity` bytes.
 /// @param count receives the number of bytes read, 0 at the end of the pipe or after a failure.
 /// @return whether the system read without an error. A pipe whose writer is gone is at its end for POSIX
-/// systems,
+/// systems
 ///         and an error for Windows.
 bool readPipe(PipeHandle pipe, uint8_t* bytes, uint32_t capacity, uint32_t& count);
 

@@ -28,7 +28,9 @@ bool control(PrinterObject& printer, uint16_t* resultCode, bool (*send)(protocol
     return done || device::fail(ZPRUSB_COMMUNICATION, resultCode);
 }
 
-bool writeToneCurve(PrinterObject& printer, uint8_t target, const uint8_t* data, uint16_t* resultCode) {
+/// @param mode 1 or 2.
+bool writeToneCurve(PrinterObject& printer, uint8_t mode, const uint8_t* data, uint16_t* resultCode) {
+    const auto target = static_cast<uint8_t>(firstToneCurveTarget + mode - 1);
     return protocol::perform(printer, resultCode, protocol::sendUpdate, target, 0, ZPRUSB_TONE_CURVE_SIZE) &&
            device::directWriteInChunks(printer.writer, data, ZPRUSB_TONE_CURVE_SIZE, resultCode);
 }
@@ -49,9 +51,8 @@ bool setToneCurve(PrinterObject& printer, uint8_t mode, const uint8_t* data, uin
     if (mode > toneCurves || (mode != 0 && data == nullptr)) {
         return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
     }
-    const auto target = static_cast<uint8_t>(firstToneCurveTarget + mode - 1);
     const bool done = mode == 0 ? protocol::perform(printer, resultCode, protocol::sendReset, resetToneCurves)
-                                : writeToneCurve(printer, target, data, resultCode);
+                                : writeToneCurve(printer, mode, data, resultCode);
     return done || device::fail(ZPRUSB_COMMUNICATION, resultCode);
 }
 

@@ -58,10 +58,11 @@ bool getSelfDiagnosisResults(PrinterObject& printer, uint8_t* out, uint32_t* len
     if (length == nullptr) return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
     if (out == nullptr) {
         *length = ZPRUSB_DIAGNOSIS_RESULTS_SIZE;
-        return device::fail(ZPRUSB_SUCCESS, resultCode);
+        device::setResult(resultCode, ZPRUSB_SUCCESS);
+        return false;
     }
     uint16_t code = ZPRUSB_SUCCESS;
-    protocol::Payload results;  // stays zero when the printer has none
+    protocol::Payload results;  // zero after condition 2106
     const bool received = protocol::query(printer, results, &code, protocol::sendGetSelfDiagnosisResults);
     if (!received && code != ZPRUSB_CONDITION_2106) return device::fail(code, resultCode);
     *length = std::min(*length, uint32_t{ZPRUSB_DIAGNOSIS_RESULTS_SIZE});

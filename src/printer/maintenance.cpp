@@ -17,7 +17,7 @@ bool resetErrorLog(PrinterObject& printer, uint16_t* resultCode) {
 
 bool setEepromMaintenance(PrinterObject& printer, uint8_t address, const uint8_t* data, uint8_t count,
                           uint16_t* resultCode) {
-    if (data == nullptr) return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
+    if (data == nullptr && count != 0) return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
     return writeMaintenanceMemory(printer, address, data, count, resultCode);
 }
 

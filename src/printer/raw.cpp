@@ -23,7 +23,9 @@ bool append(const uint8_t* bytes, uint32_t count, uint8_t* collection, uint32_t&
 }  // namespace
 
 bool writeRaw(PrinterObject& printer, const uint8_t* data, const uint32_t* length, uint16_t* resultCode) {
-    if (data == nullptr || length == nullptr) return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
+    if (length == nullptr || (data == nullptr && *length != 0)) {
+        return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
+    }
     return device::directWriteInChunks(printer.writer, data, *length, resultCode);
 }
 

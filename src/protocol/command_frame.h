@@ -45,8 +45,8 @@ public:
     }
 
 private:
-    static constexpr uint32_t frameCapacity =
-        272;  // the longest frame, 255 bytes of maintenance memory, has 261
+    // The longest frame, 255 bytes of maintenance memory, has 261.
+    static constexpr uint32_t frameCapacity = 272;
     uint8_t bytes_[frameCapacity];
     uint32_t length_ = 0;
 };

@@ -142,7 +142,7 @@ bool sendSetMaintenanceParams(PipeWriter& writer, const uint16_t (&values)[maint
                               uint16_t* resultCode) {
     CommandFrame frame(command::setMaintenanceParams);
     for (const uint16_t value : values) frame.word(value);
-    return frame.zeros(14).send(writer, resultCode);
+    return frame.zeros(command::setMaintenanceParams.payloadLength - sizeof values).send(writer, resultCode);
 }
 
 bool sendGetMaintenanceData(PipeWriter& writer, uint8_t first, uint8_t second, uint16_t* resultCode) {

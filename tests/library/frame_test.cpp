@@ -29,6 +29,7 @@ const std::vector<Entry> entries = [] {
         {"endpage", zprusb_endpage},
     };
     for (const Operation& operation : operations) all.push_back({operation.name, operation.call});
+    all.push_back({"cmdReserved", [](uint16_t* code) { return zprusb_cmdReserved(1, code); }});
     return all;
 }();
 

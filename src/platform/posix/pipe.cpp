@@ -75,17 +75,18 @@ bool writePipe(PipeHandle pipe, const uint8_t* bytes, uint32_t length, uint32_t&
     if (!isDescriptor(pipe)) return false;
     const int descriptor = static_cast<int>(pipe);
     uint32_t done = 0;
-    while (done < length) {
+    bool failed = false;
+    while (done < length && !failed) {
         const ssize_t count = write(descriptor, bytes + done, length - done);
         if (count == 0) break;
         if (count > 0) {
             done += static_cast<uint32_t>(count);
-        } else if (!mayTryAgain(descriptor, POLLOUT)) {
-            return false;
+        } else {
+            failed = !mayTryAgain(descriptor, POLLOUT);
         }
     }
     written = done;
-    return true;
+    return done > 0 || !failed;
 }
 
 bool readPipe(PipeHandle pipe, uint8_t* bytes, uint32_t capacity, uint32_t& count) {

@@ -20,14 +20,10 @@ BrokenPipeGuard::~BrokenPipeGuard() = default;
 bool writePipe(PipeHandle pipe, const uint8_t* bytes, uint32_t length, uint32_t& written) {
     written = 0;
     if (pipe == noPipe) return false;  // the same number means the current process elsewhere
-    DWORD done = 0;
-    DWORD count = 1;
-    while (done < length && count > 0) {
-        if (!WriteFile(handleOf(pipe), bytes + done, length - done, &count, nullptr)) return false;
-        done += count;
-    }
-    written = done;
-    return true;
+    DWORD count = 0;
+    const bool success = WriteFile(handleOf(pipe), bytes, length, &count, nullptr);
+    written = count;
+    return success || count > 0;
 }
 
 bool readPipe(PipeHandle pipe, uint8_t* bytes, uint32_t capacity, uint32_t& count) {
