@@ -2,13 +2,15 @@
 // pipe with the same reader. Both take turns in one run, so that whatever else the machine does hits both.
 #include <zprusb.h>
 
-#include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <thread>
 
 #include "page_reader.h"
+#include "timing.h"
+
+using bench::median;
+using bench::secondsOf;
 
 namespace {
 
@@ -20,18 +22,6 @@ void require(bool done, const char* step, const uint16_t& code = ZPRUSB_SUCCESS)
     if (done) return;
     std::fprintf(stderr, "page_data: %s failed, code %u\n", step, code);
     std::exit(1);
-}
-
-template <class Work>
-double secondsOf(const Work& work) {
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
-double median(std::vector<double>& times) {
-    std::ranges::nth_element(times, times.begin() + rounds / 2);
-    return times[rounds / 2];
 }
 
 double sendByLibrary(const std::vector<uint8_t>& page) {
