@@ -9,7 +9,7 @@ class Watch : public Workshop {};
 TEST_F(Watch, EachChangeIsOneLineUntilCtrlC) {
     simulate(R"({"printers": [{}], "faults": [
         {"command": "GetStatus", "occurrence": 3, "action": "status", "number": 51},
-        {"command": "GetStatus", "occurrence": 6, "action": "replug", "seconds": 5},
+        {"command": "GetStatus", "occurrence": 6, "action": "replug", "seconds": 10},
         {"command": "GetStatus", "occurrence": 8, "action": "unplug"}]})");
     ChildProcess watching = start("zprusb", {"watch", "--json", "--interval", "20"});
     for (const int code : {0, 2103, 0, 2000, 0, 2000}) {
