@@ -15,7 +15,6 @@ namespace simulator {
 struct DataTransfer {
     size_t length = 0;
     uint8_t missing = 0;  // stands for the bytes that don't arrive
-    bool isPage = false;
     /// Takes the data, `length` bytes of which the first `arrived` ones came. Called without the printer's
     /// lock.
     std::function<void(Printer&, Bytes data, size_t arrived)> finish;

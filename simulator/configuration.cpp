@@ -121,7 +121,7 @@ struct ActionName {
     std::string_view name;
     FaultAction action;
     FaultKeys keys;
-    bool withinPage;  // makes sense between two bytes of image data
+    bool withinData;  // makes sense between two bytes of image data
 };
 constexpr ActionName actions[] = {
     {"late", FaultAction::late, secondsKey, true},
@@ -156,7 +156,7 @@ void readAction(JsonReader& reader, Fault& fault) {
     const std::string name = reader.text("action");
     const auto found = std::ranges::find(actions, name, &ActionName::name);
     if (found == std::end(actions)) reader.refuse("action", "must be the name of an action");
-    if (fault.imageByte && !found->withinPage) reader.refuse("action", "needs a command");
+    if (fault.imageByte && !found->withinData) reader.refuse("action", "needs a command");
     constexpr uint32_t longestAnswer = 2048;
     fault.action = found->action;
     if (found->keys == secondsKey) fault.duration = reader.seconds("seconds");

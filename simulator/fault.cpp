@@ -17,7 +17,7 @@ std::optional<Fault> FaultList::dueAtCommand(uint16_t command) {
     return due([=](const Fault& fault) { return !fault.imageByte && fault.command == command; });
 }
 
-std::optional<Fault> FaultList::dueInPage() {
+std::optional<Fault> FaultList::dueInData() {
     return due([](const Fault& fault) { return fault.imageByte.has_value(); });
 }
 

@@ -12,8 +12,8 @@
 namespace simulator {
 
 enum class FaultAction {
-    late,          // answers, or takes image data again, after some seconds
-    never,         // doesn't answer, or takes no more image data
+    late,          // answers, or takes data again, after some seconds
+    never,         // doesn't answer, or takes no more data
     shorten,       // sends only the first bytes of the answer
     lengthen,      // sends more bytes after the answer
     changeKind,    // sends another kind of answer
@@ -27,7 +27,7 @@ enum class FaultAction {
 struct Fault {
     uint32_t printer = 0;
     uint16_t command = 0;               // identifier of the command it waits for
-    std::optional<uint64_t> imageByte;  // instead of a command: so many bytes of a page have arrived
+    std::optional<uint64_t> imageByte;  // instead of a command: so many bytes of a page or an update have arrived
     uint32_t occurrence = 1;            // 0: every one
     FaultAction action = FaultAction::never;
     std::chrono::milliseconds duration{0};
@@ -44,8 +44,8 @@ public:
     /// Counts one request, and finds the first fault that is due with it.
     std::optional<Fault> dueAtCommand(uint16_t command);
 
-    /// Counts one page, and finds the first fault that is due within its image data.
-    std::optional<Fault> dueInPage();
+    /// Counts one page or update, and finds the first fault that is due within its data.
+    std::optional<Fault> dueInData();
 
 private:
     struct Waiting {

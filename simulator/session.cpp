@@ -102,9 +102,9 @@ bool Session::send(Answer answer, const std::optional<Fault>& fault) {
 
 bool Session::takeData(const DataTransfer& transfer) {
     std::optional<Fault> fault;
-    if (transfer.isPage) {
+    {
         const std::lock_guard lock(printer_->mutex);
-        fault = printer_->faults.dueInPage();
+        fault = printer_->faults.dueInData();
     }
     Bytes data(transfer.length, transfer.missing);
     const Milliseconds limit = printer_->setup.dataTimeout;
