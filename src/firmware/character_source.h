@@ -33,9 +33,9 @@ public:
     /// @param count at most `longestPiece`.
     /// @return the next characters; fewer when the file ends before.
     Piece take(uint32_t count) {
-        if (count > remaining_) return assemble(count);
-        const uint8_t* characters = buffer_ + position_;
-        advance(count);
+        if (count > remaining()) return assemble(count);
+        const uint8_t* characters = next_;
+        next_ += count;
         return {characters, count};
     }
 
@@ -45,35 +45,34 @@ public:
     bool skipTo(uint8_t wanted, uint32_t limit, uint32_t& skipped) {
         skipped = 0;
         while (skipped < limit) {
-            if (remaining_ == 0 && !refill()) return false;
-            const uint8_t* begin = buffer_ + position_;
-            const uint8_t* end = begin + std::min(remaining_, limit - skipped);
-            const uint8_t* found = std::find(begin, end, wanted);
-            advance(static_cast<uint32_t>(found - begin));
-            skipped += static_cast<uint32_t>(found - begin);
+            if (remaining() == 0 && !refill()) return false;
+            const uint8_t* end = next_ + std::min(remaining(), limit - skipped);
+            const uint8_t* found = std::find(next_, end, wanted);
+            skipped += static_cast<uint32_t>(found - next_);
+            next_ = found;
             if (found != end) break;
         }
         return true;
     }
 
 private:
-    void advance(uint32_t count) {
-        position_ += count;
-        remaining_ -= count;
-    }
+    uint32_t remaining() const { return static_cast<uint32_t>(end_ - next_); }
 
     bool refill() {
-        position_ = 0;
-        return file_.read(buffer_, capacity_, remaining_) && remaining_ > 0;
+        uint32_t count = 0;
+        const bool read = file_.read(buffer_, capacity_, count);
+        next_ = buffer_;
+        end_ = buffer_ + count;
+        return read && count > 0;
     }
 
     /// A piece that lies across the end of the buffer.
     Piece assemble(uint32_t count) {
         uint32_t filled = 0;
-        while (filled < count && (remaining_ > 0 || refill())) {
-            const uint32_t present = std::min(remaining_, count - filled);
-            std::memcpy(assembled_ + filled, buffer_ + position_, present);
-            advance(present);
+        while (filled < count && (remaining() > 0 || refill())) {
+            const uint32_t present = std::min(remaining(), count - filled);
+            std::memcpy(assembled_ + filled, next_, present);
+            next_ += present;
             filled += present;
         }
         return {assembled_, filled};
@@ -82,8 +81,8 @@ private:
     platform::File& file_;
     const uint32_t capacity_;
     uint8_t* const buffer_;
-    uint32_t position_ = 0;   // of the next character in the buffer
-    uint32_t remaining_ = 0;  // characters of the buffer that have not been taken
+    const uint8_t* next_ = buffer_;  // the characters of the buffer that have not been taken
+    const uint8_t* end_ = buffer_;
     uint8_t assembled_[longestPiece + slack] = {};
 };
 

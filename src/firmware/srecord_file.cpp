@@ -58,6 +58,12 @@ bool isInRange(const SRecordJob& job, uint32_t address, uint8_t length) {
     return uint64_t{address - job.startAddress} + length <= job.imageLength;
 }
 
+void takeData(SRecordJob& job, uint32_t address, const uint8_t* data, uint8_t length, uint32_t sum) {
+    if (job.image != nullptr) std::memcpy(job.image + (address - job.startAddress), data, length);
+    if (job.onData != nullptr) job.onData(job.observer, address, length);
+    job.dataByteSum += sum;
+}
+
 /// Reads what follows the count: address, data and checksum. Each is tested as soon as it is there.
 uint16_t readBody(CharacterSource& source, const RecordType& type, uint8_t count, SRecordJob& job) {
     const CharacterSource::Piece body = source.take(2u * count);
@@ -75,8 +81,7 @@ uint16_t readBody(CharacterSource& source, const RecordType& type, uint8_t count
     uint8_t data[roundUpToBlocks(255)];
     decodeBlocks(dataText, data, length);
     const uint32_t dataSum = sumOfBytes(data, length);
-    if (isData && job.image != nullptr) std::memcpy(job.image + (address - job.startAddress), data, length);
-    if (isData) job.dataByteSum += dataSum;
+    if (isData) takeData(job, address, data, length, dataSum);
 
     const auto expected = static_cast<uint8_t>(~(sum + dataSum));
     return decodeByte(dataText + 2 * length) == expected ? ZPRUSB_SUCCESS : ZPRUSB_BAD_CHECKSUM;
@@ -121,18 +126,6 @@ uint16_t readSRecords(CharacterSource& source, uint32_t size, SRecordJob& job) {
         consumed += characters;
     }
     return result;
-}
-
-/// An odd last byte takes no part.
-uint32_t wordChecksum(const uint8_t* bytes, uint32_t length, uint32_t mode) {
-    constexpr uint32_t bigEndian = 1, littleEndian = 2;
-    if (mode != bigEndian && mode != littleEndian) return 0;
-    const unsigned high = mode == bigEndian ? 0 : 1;
-    uint32_t sum = 0;
-    for (uint32_t i = 0; i + 1 < length; i += 2) {
-        sum += 0xFFFFu - (bytes[i + high] * 0x100u + bytes[i + 1 - high]);
-    }
-    return 0u - sum;
 }
 
 bool writeTrailer(File& file, const SRecordJob& job) {
@@ -195,6 +188,18 @@ uint16_t readSRecordFile(SRecordJob& job) {
         job.image = nullptr;
     }
     return result;
+}
+
+uint32_t wordChecksum(const uint8_t* bytes, uint32_t length, uint32_t mode) {
+    if (mode != bigEndianWords && mode != littleEndianWords) return 0;
+    const uint32_t words = length / 2;
+    uint32_t first = 0, second = 0;  // sums of the words' first and second bytes
+    for (uint32_t i = 0; i < words; ++i) {
+        first += bytes[2 * i];
+        second += bytes[2 * i + 1];
+    }
+    const uint32_t sumOfWords = mode == bigEndianWords ? first * 0x100 + second : second * 0x100 + first;
+    return 0u - (words * 0xFFFF - sumOfWords);
 }
 
 }  // namespace firmware

@@ -4,7 +4,6 @@
 #include <cstdlib>
 
 #include "device/device_table.h"
-#include "firmware/srecord_file.h"
 #include "platform/thread.h"
 #include "protocol/exchange.h"
 
@@ -12,6 +11,7 @@ namespace firmware {
 
 namespace {
 
+constexpr uint8_t erasedByte = 0xFF;  // of flash memory that nothing was written to
 constexpr uint32_t fileBufferSize = 0x40000;
 constexpr uint32_t largestImage = 0x80000;
 constexpr uint32_t vendor = 0x5A2C;
@@ -26,10 +26,14 @@ void report(uint32_t* fact, uint32_t value) {
     if (fact != nullptr) *fact = value;
 }
 
-/// The range of the file first, then its bytes. No memory is taken for what the file only pretends to hold.
-uint16_t readImage(SRecordJob& job) {
-    job.scanOnly = 1;
-    job.sizeLimit = largestImage;
+}  // namespace
+
+uint16_t prepareUpdateImage(const char* path, SRecordJob& job) {
+    job = {.inputPath = path,
+           .scanOnly = 1,
+           .fillByte = erasedByte,
+           .readBufferSize = fileBufferSize,
+           .sizeLimit = largestImage};
     const uint16_t result = readSRecordFile(job);
     if (result != ZPRUSB_SUCCESS) return result;
     const bool wrapsAround = job.lowestAddress > job.highestAddress;
@@ -38,16 +42,15 @@ uint16_t readImage(SRecordJob& job) {
     job.scanOnly = 0;
     job.startAddress = job.lowestAddress;
     job.endAddress = job.highestAddress;
-    return readSRecordFile(job);
+    return ZPRUSB_SUCCESS;
 }
-
-}  // namespace
 
 uint8_t* loadUpdateImage(PrinterObject& printer, const char* path, const ImageFacts& facts,
                          uint16_t* resultCode) {
     if (!isOpenForUpdate(printer, resultCode)) return nullptr;
-    SRecordJob job{.inputPath = path, .fillByte = 0xFF, .readBufferSize = fileBufferSize};
-    const uint16_t result = path != nullptr ? readImage(job) : uint16_t{ZPRUSB_BAD_ARGUMENT};
+    SRecordJob job;
+    uint16_t result = path != nullptr ? prepareUpdateImage(path, job) : uint16_t{ZPRUSB_BAD_ARGUMENT};
+    if (result == ZPRUSB_SUCCESS) result = readSRecordFile(job);
     device::setResult(resultCode, result);
     report(facts.length, job.image != nullptr ? job.imageLength : 0);
     report(facts.byteSum, job.image != nullptr ? job.imageByteSum : 0);

@@ -1,13 +1,20 @@
 /// The firmware update: a file becomes an image, the printer accepts the transfer, the image goes out in parts.
-/// None of these takes the ApiLock or reserves the printer. They need an object that was opened for update;
-/// on another one they give 1501.
+/// None of these takes the ApiLock or reserves the printer. Those with a printer object need one that was
+/// opened for update; on another one they give 1501.
 #pragma once
 
 #include "device/printer_object.h"
+#include "firmware/srecord_file.h"
 
 namespace firmware {
 
 using device::PrinterObject;
+
+/// Prepares the read of all that a file's records cover, as an update sends it. It scans the file first, so
+/// that no memory is taken for what the file only pretends to hold.
+/// @param job all but the path is set here.
+/// @return as readSRecordFile(); 3003 also for more than 512 KiB. The range tells then where the records lie.
+uint16_t prepareUpdateImage(const char* path, SRecordJob& job);
 
 /// What loadUpdateImage() tells about an image; each pointer may be null.
 struct ImageFacts {
