@@ -1,5 +1,8 @@
 /// Commands that change the printer, of both tools. A printer lives as long as the process that talks to it, so
 /// what a command did is seen by its own output, and by its failure when the printer refuses its request.
+#include <algorithm>
+#include <numeric>
+
 #include "settings.h"
 #include "workshop.h"
 
@@ -15,6 +18,7 @@ protected:
         write("short curve", Bytes(1535, 7));
         write("bytes", {0xAB, 0xCD});
         write("empty", {});
+        write("firmware", {'S', '1', '0', '4', '0', '0', '0', '0', '0', '1', 'F', 'A'});
     }
 };
 
@@ -86,6 +90,8 @@ const Line mistakes[] = {
      "1535 bytes instead of 1536"},
     {"zprusb-service", {"tonecurve", "load", "missing", "--curve", "1", "--yes"}, "does not exist"},
     {"zprusb-service", {"universal", std::string(496, '0'), "--yes"}, "more than 247"},
+    {"zprusb-service", {"firmware", "update", "firmware", "--yes"}, "--target"},
+    {"zprusb-service", {"firmware", "update", "firmware", "--target", "256", "--yes"}, "--target"},
 };
 
 class EachDeed : public Service, public testing::WithParamInterface<Line> {};
@@ -147,6 +153,7 @@ TEST_F(Service, WithoutYesNothingIsSent) {
                                    {"tonecurve", "reset"},
                                    {"maintenance", "set", "1", "2", "3", "4", "5", "6"},
                                    {"universal", "00"},
+                                   {"firmware", "update", "firmware", "--target", "1"},
                                    {"raw", "00"}}) {
         const Outcome outcome = service(arguments);
         EXPECT_EQ(outcome.status, 2) << arguments[0];
@@ -159,6 +166,73 @@ TEST_F(Service, AnImpossibleDiagnosisIsTheLibrarysRefusal) {
     const Outcome outcome = service({"diagnose", "3", "1", "6"});
     EXPECT_EQ(outcome.status, 1);
     EXPECT_TRUE(contains(outcome.err, "code 1006"));
+}
+
+/// S-records of 32 bytes for each range of an image that begins at the address.
+std::string records(const Bytes& image, uint32_t start, const std::vector<std::pair<size_t, size_t>>& ranges) {
+    std::string text;
+    for (const auto& [begin, end] : ranges) {
+        for (size_t at = begin; at < end; at += 32) {
+            Bytes fields = tool::littleEndianBytes(start + static_cast<uint32_t>(at), 4);
+            std::ranges::reverse(fields);
+            const auto data = std::span(image).subspan(at, std::min<size_t>(32, end - at));
+            fields.insert(fields.begin(), static_cast<uint8_t>(data.size() + 5));
+            fields.insert(fields.end(), data.begin(), data.end());
+            fields.push_back(static_cast<uint8_t>(~std::accumulate(fields.begin(), fields.end(), 0)));
+            text += "S3" + tool::hexOf(fields, "") + "\n";
+        }
+    }
+    return text;
+}
+
+class Firmware : public Service {
+protected:
+    Firmware() : image(0x80000, 0xFF) {
+        for (const auto& [begin, end] : ranges)
+            for (size_t i = begin; i < end; ++i) image[i] = static_cast<uint8_t>(i * 7 + i / 256);
+        const std::string text = records(image, start, {ranges[1], ranges[0]});
+        write("größe.s37", Bytes(text.begin(), text.end()));
+    }
+
+    static constexpr uint32_t start = 0x8000;
+    const std::vector<std::pair<size_t, size_t>> ranges{{0, 0x10001}, {0x10400, 0x80000}};
+    Bytes image;
+};
+
+TEST_F(Firmware, IsInspectedWithoutAPrinter) {
+    simulate(R"({"printers": []})");
+    const Json facts = json({"firmware", "inspect", "größe.s37"}, "zprusb-service");
+    EXPECT_EQ(facts["first"], start);
+    EXPECT_EQ(facts["last"], start + 0x7FFFF);
+    EXPECT_EQ(facts["sum"], std::accumulate(image.begin(), image.end(), 0u));
+    EXPECT_EQ(facts["sumOfRecords"], std::accumulate(image.begin(), image.end(), 0u) - 0x3FF * 0xFF);
+    EXPECT_EQ(facts["ranges"],
+              Json::parse(R"([{"first": 32768, "last": 98304}, {"first": 99328, "last": 557055}])"));
+    const std::string text = service({"firmware", "inspect", "größe.s37"}).out;
+    EXPECT_TRUE(contains(text, "\n  0x00018000  +.####"));
+
+    const Outcome outcome = service({"firmware", "inspect", "bytes"});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_TRUE(contains(outcome.err, "code 3001"));
+}
+
+TEST_F(Firmware, ArrivesAsItIs) {
+    const std::vector<std::string> update{"firmware", "update",  "größe.s37", "--target",
+                                          "9",        "--start", "0x1234",    "--yes"};
+    const Outcome done = service(update);
+    EXPECT_EQ(done.status, 0) << done.err;
+    EXPECT_TRUE(
+        contains(done.out, "has accepted the update.\nSent 524288 bytes of firmware to target 9 from "));
+    EXPECT_TRUE(read("printed/SIMULATED0001-update-9.bin") == image);
+
+    for (const char* fault : {R"("command": "Update", "action": "error", "number": 5)",
+                              R"("imageByte": 100000, "action": "unplug")"}) {
+        simulate(std::string(R"({"printers": [{}], "output": "broken", "faults": [{)") + fault + "}]}");
+        const Outcome broken = service(update);
+        EXPECT_EQ(broken.status, 1);
+        EXPECT_TRUE(contains(broken.err, fault[1] == 'c' ? "code 3200" : "code 2"));
+        EXPECT_TRUE(read("broken/SIMULATED0001-update-9.bin").empty());
+    }
 }
 
 TEST(Settings, ValuesAreSentAsTheLibraryReadsThem) {

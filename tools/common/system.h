@@ -12,6 +12,10 @@ namespace tool {
 /// delivers them there in a legacy encoding, so its side asks the system again.
 std::vector<std::string> argumentsInUtf8(int argc, char** argv);
 
+/// The path of a file as the library takes it. On Windows that is the system's legacy encoding.
+/// @throws WrongUsage when the path can't be written so.
+std::string pathForLibrary(const std::string& utf8);
+
 /// Makes a console show the UTF-8 that the program prints.
 void useUtf8Console();
 

@@ -118,6 +118,25 @@ void defineRaw(CLI::App& app, Arguments& arguments) {
     addBytes(raw, ZPRUSB_MAX_ANSWER_SIZE)->required();
 }
 
+void defineFirmware(CLI::App& app, Arguments& arguments) {
+    CLI::App& group = addGroup(app, "firmware", "Look into firmware files, or send one to the printer");
+    const char* description = "File of Motorola S-records";
+    const auto inspect = addCommand<FirmwareInspectArguments>(
+        group, "inspect", "Show the range, the sums and the gaps of a file; needs no printer", arguments);
+    inspect.app->add_option("file", inspect->file, description)->required();
+
+    const auto update =
+        addCommand<FirmwareUpdateArguments>(group, "update", "Send a file to the printer", arguments);
+    update.app->add_option("file", update->file, description)->required();
+    update.app->add_option("--target", update->target, "Number of the part of the printer that it is for")
+        ->type_name("N")
+        ->required()
+        ->check(anyByte);
+    update.app
+        ->add_option("--start", update->start, "Address to name to the printer; otherwise the file's lowest")
+        ->type_name("ADDRESS");
+}
+
 }  // namespace
 
 std::variant<Arguments, int> parseArguments(std::vector<std::string> words) {
@@ -126,7 +145,7 @@ std::variant<Arguments, int> parseArguments(std::vector<std::string> words) {
     defineCommon(app, arguments);
     app.add_flag("--yes", arguments.confirmed, "Change the printer without asking");
     for (const auto& define : {defineEeprom, defineDiagnose, defineErrorLog, defineToneCurve, defineMaintenance,
-                               defineUniversal, defineRaw})
+                               defineUniversal, defineRaw, defineFirmware})
         define(app, arguments);
     if (const auto status = parse(app, std::move(words))) return *status;
     return arguments;

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -60,11 +61,22 @@ struct RawArguments {
     Bytes bytes;
 };
 
+struct FirmwareInspectArguments {
+    std::string file;
+};
+
+struct FirmwareUpdateArguments {
+    std::string file;
+    uint8_t target = 0;
+    std::optional<uint32_t> start;  // otherwise where the file's data start
+};
+
 struct Arguments : CommonArguments {
     bool confirmed = false;  // what changes the printer is done without asking
     std::variant<EepromReadArguments, EepromWriteArguments, DiagnoseArguments, ErrorLogArguments,
                  ToneCurveLoadArguments, ToneCurveResetArguments, MaintenanceDataArguments,
-                 MaintenanceSetArguments, UniversalArguments, RawArguments>
+                 MaintenanceSetArguments, UniversalArguments, RawArguments, FirmwareInspectArguments,
+                 FirmwareUpdateArguments>
         command;
 };
 

@@ -16,6 +16,8 @@ int run(const Arguments& common, const MaintenanceDataArguments& arguments);
 int run(const Arguments& common, const MaintenanceSetArguments& arguments);
 int run(const Arguments& common, const UniversalArguments& arguments);
 int run(const Arguments& common, const RawArguments& arguments);
+int run(const Arguments& common, const FirmwareInspectArguments& arguments);
+int run(const Arguments& common, const FirmwareUpdateArguments& arguments);
 
 /// Asks on the terminal before the printer is changed, unless the command line says yes.
 /// @param deed what is going to be done: "empty the error log".

@@ -20,6 +20,10 @@ std::vector<std::string> argumentsInUtf8(int argc, char** argv) {
     return {argv + 1, argv + argc};
 }
 
+std::string pathForLibrary(const std::string& utf8) {
+    return utf8;
+}
+
 void useUtf8Console() {}
 
 bool isTerminal(std::FILE* stream) {

@@ -5,8 +5,38 @@
 // shellapi.h needs windows.h before it.
 #include <shellapi.h>
 
+#include <optional>
+
+#include "failure.h"
+
 namespace tool {
 namespace {
+
+std::wstring wide(const std::string& utf8) {
+    const int size = static_cast<int>(utf8.size());
+    std::wstring converted(utf8.size(), L'\0');
+    const int length = MultiByteToWideChar(CP_UTF8, 0, utf8.data(), size, converted.data(), size);
+    converted.resize(static_cast<size_t>(length));
+    return converted;
+}
+
+/// Nothing when a character has no place in the legacy encoding.
+std::optional<std::string> legacy(const std::wstring& text) {
+    const int length = static_cast<int>(text.size());
+    std::string converted(3 * text.size(), '\0');
+    BOOL lost = FALSE;
+    const int size = WideCharToMultiByte(CP_ACP, WC_NO_BEST_FIT_CHARS, text.data(), length, converted.data(),
+                                         static_cast<int>(converted.size()), nullptr, &lost);
+    converted.resize(static_cast<size_t>(size));
+    return lost ? std::nullopt : std::optional(converted);
+}
+
+/// The name of 8 and 3 characters that the system gives a file beside its own.
+std::wstring shortName(const std::wstring& path) {
+    wchar_t name[MAX_PATH] = L"";
+    const DWORD length = GetShortPathNameW(path.c_str(), name, MAX_PATH);
+    return length < MAX_PATH ? std::wstring(name, length) : path;
+}
 
 std::string utf8(const wchar_t* text) {
     const int size = WideCharToMultiByte(CP_UTF8, 0, text, -1, nullptr, 0, nullptr, nullptr);
@@ -33,6 +63,13 @@ std::vector<std::string> argumentsInUtf8(int, char**) {
     for (int i = 1; i < count; ++i) arguments.push_back(utf8(wide[i]));
     LocalFree(wide);
     return arguments;
+}
+
+std::string pathForLibrary(const std::string& utf8) {
+    const std::wstring path = wide(utf8);
+    if (const auto whole = legacy(path)) return *whole;
+    if (const auto abbreviated = legacy(shortName(path))) return *abbreviated;
+    throw WrongUsage("'" + utf8 + "' has characters that the library can't open; rename the file.");
 }
 
 void useUtf8Console() {
