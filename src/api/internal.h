@@ -157,7 +157,7 @@ uint32_t zprusb_cmdReserved(uint8_t value, uint16_t* resultCode);
 /// what no record sets is 0xFF.
 /// @param path 8-bit characters, terminated.
 /// @param imageLength, imageByteSum length of the image in bytes, and the sum of its bytes modulo 2^32; 0 after
-///        a failure. May be null.
+///        a failure but 1501. May be null.
 /// @param startAddress, endAddress of the image's first and last byte; untouched after a failure. May be null.
 /// @param resultCode 0; 1000; 1005 the file can't be read, or ends within a record; 1006 no path; 1501; 3001;
 ///        3002; 3003 also when the image were larger than 512 KiB.
