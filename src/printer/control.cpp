@@ -31,7 +31,8 @@ bool control(PrinterObject& printer, uint16_t* resultCode, bool (*send)(protocol
 /// @param mode 1 or 2.
 bool writeToneCurve(PrinterObject& printer, uint8_t mode, const uint8_t* data, uint16_t* resultCode) {
     const auto target = static_cast<uint8_t>(firstToneCurveTarget + mode - 1);
-    return protocol::perform(printer, resultCode, protocol::sendUpdate, target, 0, ZPRUSB_TONE_CURVE_SIZE) &&
+    return protocol::perform(printer, resultCode, protocol::sendUpdate, target, 0u,
+                             uint32_t{ZPRUSB_TONE_CURVE_SIZE}) &&
            device::directWriteInChunks(printer.writer, data, ZPRUSB_TONE_CURVE_SIZE, resultCode);
 }
 

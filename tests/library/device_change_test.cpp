@@ -1,5 +1,6 @@
 #include <chrono>
 
+#include "api/internal.h"
 #include "calls.h"
 #include "open_printer.h"
 #include "operations.h"
@@ -46,6 +47,11 @@ TEST_F(PluggedPrinters, areDeselectedAndClosedWhenTheyAreUnplugged) {
         const uint16_t expected = operation.reserves ? ZPRUSB_NO_PRINTER : ZPRUSB_COMMUNICATION;
         EXPECT_EQ(codeOf(operation.call), expected) << operation.name;
     }
+    EXPECT_EQ(codeOf(zprusb_openForUpdate, 0u), ZPRUSB_SUCCESS);
+    uint32_t sent = length;
+    EXPECT_EQ(codeOf(zprusb_checkUpdateTarget), ZPRUSB_NO_PRINTER);
+    EXPECT_EQ(codeOf(zprusb_startUpdate, uint8_t{1}, 0u, length), ZPRUSB_NO_PRINTER);
+    EXPECT_EQ(codeOf(zprusb_writeUpdateData, &data, &sent), ZPRUSB_NO_PRINTER);
     expectPipesClosed(0, 1);
     EXPECT_EQ(listPrinters(), Bytes{1});
     EXPECT_EQ(zprusb_selectPrinter(1, nullptr), 1u);

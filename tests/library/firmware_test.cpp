@@ -51,7 +51,7 @@ TEST_F(FirmwareFile, isTakenOrRefusedRecordByRecord) {
         {"any text\r\n;s1" + four + "\r\nmore\n" + atTheEnd, 0, {1, 2, 3, 4, none, none, 8, 9}},
         {"S1071000aAbBcCdDDA", 0, {0xAA, 0xBB, 0xCC, 0xDD, none, none, none, none}},
         {"S107100001020g0\xFFzDF", ZPRUSB_BAD_CHECKSUM},
-        {"S1061000010g\xFF"
+        {"S1061000010:\xFF"
          "2E6",
          0,
          {1, 0, 2, none, none, none, none, none}},
