@@ -96,11 +96,19 @@ ChildProcess::ChildProcess(const fs::path& program, const std::vector<std::strin
                                 : GetStdHandle(STD_ERROR_HANDLE);
     PROCESS_INFORMATION process;
     // Only a group of its own can be interrupted without interrupting the test.
-    const BOOL started =
-        CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, CREATE_NEW_PROCESS_GROUP, nullptr,
-                       surroundings.folder.empty() ? nullptr : surroundings.folder.c_str(), &start, &process);
+    const auto create = [&] {
+        return CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, CREATE_NEW_PROCESS_GROUP, nullptr,
+                              surroundings.folder.empty() ? nullptr : surroundings.folder.c_str(), &start,
+                              &process);
+    };
+    BOOL started = create();
+    for (int again = 0; !started && again < 5; ++again) {  // Wine refuses one now and then
+        Sleep(200);
+        started = create();
+    }
+    const DWORD error = GetLastError();
     if (ownErrors) CloseHandle(start.hStdError);
-    if (!started) throw std::runtime_error("no child process");
+    if (!started) throw std::runtime_error("no child process: error " + std::to_string(error));
     CloseHandle(process.hThread);
     process_ = reinterpret_cast<uint64_t>(process.hProcess);
     input_.closeReader();
