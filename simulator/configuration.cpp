@@ -141,8 +141,10 @@ void readMoment(JsonReader& reader, Fault& fault) {
         fault.imageByte = reader.number("imageByte", 0, anyNumber);
         return;
     }
-    const Command* command = findCommand(std::string_view(reader.text("command")));
-    if (command == nullptr) reader.refuse("command", "must be the name of a command");
+    const std::string name = reader.text("command");
+    if (name == "any") return;
+    const Command* command = findCommand(name);
+    if (command == nullptr) reader.refuse("command", "must be the name of a command or \"any\"");
     fault.command = command->id;
 }
 

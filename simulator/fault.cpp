@@ -14,7 +14,8 @@ std::optional<Fault> FaultList::due(Matches matches) {
 }
 
 std::optional<Fault> FaultList::dueAtCommand(uint16_t command) {
-    return due([=](const Fault& fault) { return !fault.imageByte && fault.command == command; });
+    return due(
+        [=](const Fault& fault) { return !fault.imageByte && fault.command.value_or(command) == command; });
 }
 
 std::optional<Fault> FaultList::dueInData() {

@@ -26,9 +26,10 @@ enum class FaultAction {
 
 struct Fault {
     uint32_t printer = 0;
-    uint16_t command = 0;               // identifier of the command it waits for
-    std::optional<uint64_t> imageByte;  // instead of a command: so many bytes of a page or an update have arrived
-    uint32_t occurrence = 1;            // 0: every one
+    std::optional<uint16_t> command;  // identifier of the command it waits for; none: any command
+    std::optional<uint64_t>
+        imageByte;            // instead of a command: so many bytes of a page or an update have arrived
+    uint32_t occurrence = 1;  // 0: every one
     FaultAction action = FaultAction::never;
     std::chrono::milliseconds duration{0};
     uint32_t bytes = 0;  // of shorten and lengthen
@@ -40,6 +41,7 @@ struct Fault {
 class FaultList {
 public:
     void add(const Fault& fault) { waiting_.push_back({fault, 0}); }
+    void clear() { waiting_.clear(); }
 
     /// Counts one request, and finds the first fault that is due with it.
     std::optional<Fault> dueAtCommand(uint16_t command);

@@ -55,6 +55,13 @@ uint32_t zprusbsim_addFault(const char* json, char* error, uint32_t errorSize) {
     return tryTo([=](Simulation& all) { all.addFault(json); }, error, errorSize);
 }
 
+uint32_t zprusbsim_clearFaults(uint32_t number) {
+    return withPrinter(number, [](Printer& printer, auto&) {
+        printer.faults.clear();
+        return 1u;
+    });
+}
+
 uint32_t zprusbsim_setCondition(uint32_t number, const char* condition, uint8_t group, uint8_t detail) {
     const auto status = simulator::statusOf(condition, group, detail);
     if (!status) return 0;

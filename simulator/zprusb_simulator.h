@@ -46,6 +46,9 @@ uint32_t zprusbsim_configure(const char* json, char* error, uint32_t errorSize);
 /// @param error as for zprusbsim_configure().
 uint32_t zprusbsim_addFault(const char* json, char* error, uint32_t errorSize);
 
+/// Removes all faults of the printer, also those of its configuration.
+uint32_t zprusbsim_clearFaults(uint32_t printer);
+
 /// Changes what the printer says about itself, from the next request on.
 /// @param condition "ready", "printing", "cover open", "out of media", "out of consumables" or "device error".
 /// @param group, detail of a device error; ignored for all other conditions.

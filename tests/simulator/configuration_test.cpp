@@ -37,7 +37,7 @@ TEST_F(Configurations, ThatAreWrongAreRefusedWithTheirPlaceAndChangeNothing) {
         {R"({"faults": [{"command": "GetStatus", "action": "unplug", "printer": 1}]})",
          "faults[0].printer must be the number of a printer."},
         {R"({"faults": [{"command": "Explode", "action": "unplug"}]})",
-         "faults[0].command must be the name of a command."},
+         R"(faults[0].command must be the name of a command or "any".)"},
         {R"({"faults": [{"command": "Print", "action": "dance"}]})",
          "faults[0].action must be the name of an action."},
         {R"({"faults": [{"command": "Print", "action": "late"}]})", "faults[0].seconds is missing."},

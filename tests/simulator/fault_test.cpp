@@ -57,10 +57,13 @@ TEST_F(Faults, WaitForTheirOccurrence) {
     const Host host;
     add({{"action", "kind"}, {"kind", 9}, {"occurrence", 3}});
     add({{"action", "kind"}, {"kind", 7}, {"occurrence", "every"}, {"command", "GetErrorLog"}});
-    for (const uint8_t kind : Bytes{1, 1, 9, 1}) {
+    add({{"action", "kind"}, {"kind", 8}, {"occurrence", 7}, {"command", "any"}});
+    for (const uint8_t kind : Bytes{1, 1, 9, 8, 1}) {
         EXPECT_EQ(host.ask(getStatus)[0], kind);
         EXPECT_EQ(host.ask({0x04, 0x00, 0, 0})[0], 7);
     }
+    zprusbsim_clearFaults(0);
+    EXPECT_EQ(host.ask({0x04, 0x00, 0, 0})[0], 1);
 }
 
 TEST_F(Faults, DelayOrSwallowAnAnswer) {
