@@ -32,12 +32,6 @@ bool isRequest(const Bytes& piece) {
     return piece.size() >= 4 && piece.size() == 4u + piece[2] + 0x100u * piece[3];
 }
 
-Bytes countingBytes(size_t count, uint8_t start) {
-    Bytes bytes(count);
-    for (size_t i = 0; i < count; ++i) bytes[i] = static_cast<uint8_t>(start + i);
-    return bytes;
-}
-
 Bytes normalAnswer(const Bytes& payload, uint8_t statusCode) {
     return answer(1, 0, 0, 0, statusCode, payload);
 }

@@ -25,9 +25,6 @@ constexpr CommandId getStatus{0x01, 0x00}, getMediaInfo{0x02, 0x00}, getErrorLog
 /// Whether a piece is a request, not data.
 bool isRequest(const Bytes& piece);
 
-/// Bytes that count up from `start`.
-Bytes countingBytes(size_t count, uint8_t start);
-
 Bytes normalAnswer(const Bytes& payload, uint8_t statusCode = 0);
 Bytes errorAnswer(uint8_t errorCode, uint8_t group = 0, uint8_t detail = 0);
 

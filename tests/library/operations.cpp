@@ -1,7 +1,6 @@
 #include "operations.h"
 
 #include "api/internal.h"
-#include "fake_bus.h"
 
 namespace {
 

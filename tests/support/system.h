@@ -28,7 +28,8 @@ bool isLoaded(const std::filesystem::path& library);
 unsigned resourceCount();
 
 /// A named mutex outlives the test on some systems.
-void removeMutex(const std::string& name);
+/// @return how many were left.
+unsigned removeMutex(const std::string& name);
 
 /// A pipe of the system. Blocking, and full long before a mebibyte.
 class Pipe {

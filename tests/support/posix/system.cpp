@@ -54,13 +54,16 @@ unsigned resourceCount() {
     return static_cast<unsigned>(entriesOf("/proc/self/fd") + entriesOf("/proc/self/task"));
 }
 
-void removeMutex(const std::string& name) {
+unsigned removeMutex(const std::string& name) {
     std::string start = name.substr(0, 96);
     std::ranges::replace_if(
         start, [](unsigned char c) { return !std::isalnum(c) && c != '-' && c != '_'; }, '_');
+    unsigned removed = 0;
     for (const auto& entry : fs::directory_iterator("/dev/shm")) {
-        if (entry.path().filename().string().starts_with("zprusb-" + start + "-")) fs::remove(entry.path());
+        if (entry.path().filename().string().starts_with("zprusb-" + start + "-"))
+            removed += fs::remove(entry.path());
     }
+    return removed;
 }
 
 Pipe::Pipe() {

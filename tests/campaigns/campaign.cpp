@@ -1,0 +1,77 @@
+#include "campaign.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <random>
+#include <thread>
+
+#include "fake_pipe.h"
+#include "support/system.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr uint8_t mediaCode = 0xF1;
+constexpr uint32_t tenDots = 85;  // 1/100 mm
+
+std::string serialOf(const fs::path& folder, unsigned printer) {
+    return folder.filename().string() + "N" + std::to_string(printer);
+}
+
+}  // namespace
+
+unsigned rounds(unsigned inShort, unsigned inLong) {
+    return std::getenv("ZPRUSB_SOAK") != nullptr ? inLong : inShort;
+}
+
+uint32_t printPage(uint8_t author, uint16_t* code) {
+    const Bytes pixels(pageSize, author);
+    if (zprusb_checkMediaInfo(mediaCode, tenDots, tenDots, code) == 0) return 0;
+    if (zprusb_startpage(nullptr, code) == 0) return 0;
+    const uint32_t written = zprusb_write(pixels.data(), &pageSize, code);
+    return zprusb_endpage(written != 0 ? code : nullptr) & written;
+}
+
+bool isDocumented(uint16_t code) {
+#define RESULT_CODE(number, name, meaning, remedy) number,
+    constexpr uint16_t codes[] = {ZPRUSB_RESULT_CODES(RESULT_CODE)};
+    return std::ranges::find(codes, code) != std::end(codes);
+}
+
+bool resourcesFallTo(unsigned count) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    while (test::resourceCount() > count && std::chrono::steady_clock::now() < end) std::this_thread::yield();
+    return test::resourceCount() <= count;
+}
+
+void connectPrinters(unsigned count, const fs::path& folder) {
+    Json printers = Json::array();
+    for (unsigned i = 0; i < count; ++i)
+        printers.push_back({{"serial", serialOf(folder, i)},
+                            {"media", {{{"code", mediaCode}, {"width", tenDots}, {"length", tenDots}}}}});
+    const std::u8string output = folder.u8string();
+    const Json configuration{{"printers", printers},
+                             {"output", std::string(output.begin(), output.end())},
+                             {"dataTimeoutSeconds", 30}};
+    char error[ZPRUSBSIM_ERROR_SIZE] = "";
+    EXPECT_EQ(zprusbsim_configure(configuration.dump().c_str(), error, sizeof error), 1u) << error;
+}
+
+PageFolder::PageFolder()
+    : path(fs::temp_directory_path() / "zprusb campaigns" / std::to_string(std::random_device()())) {}
+
+PageFolder::~PageFolder() {
+    std::error_code ignored;
+    fs::remove_all(path, ignored);
+    removeMutexes();
+}
+
+unsigned PageFolder::removeMutexes() const {
+    unsigned removed = 0;
+    for (unsigned printer = 0; printer < ZPRUSB_MAX_PRINTERS; ++printer)
+        removed += test::removeMutex("usb#vid_5a2c&pid_0012#SIMULATED" + serialOf(path, printer) +
+                                     "#{simulated-printer}");
+    return removed;
+}

@@ -1,0 +1,62 @@
+/// Simulated printers in the test's process, with pages of 10 x 10 dots that carry their author in every byte.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <zprusb.h>
+#include <zprusb_simulator.h>
+
+#include <filesystem>
+#include <nlohmann/json.hpp>
+#include <string>
+
+#include "calls.h"
+
+using Json = nlohmann::json;
+
+/// The number of rounds of a campaign: of its short form, or of the long one that scripts/soak runs.
+unsigned rounds(unsigned inShort, unsigned inLong);
+
+constexpr uint32_t pageSize = 10 * 10 * 3;
+
+/// Prints one page on the selected printer and ends it whatever happens.
+/// @return whether all of it went well; the code is that of the first step that failed.
+uint32_t printPage(uint8_t author, uint16_t* code);
+
+bool isDocumented(uint16_t code);
+
+/// Whether the process gets down to so many files and threads. A thread that has ended may be a moment in the
+/// system's books yet.
+bool resourcesFallTo(unsigned count);
+
+/// Makes so many new printers, all closed, that print into the folder. Their names come from the folder's, so
+/// that nobody else's printers are reserved with them.
+void connectPrinters(unsigned count, const std::filesystem::path& folder);
+
+/// A folder for pages. It goes with the object, and so do the mutexes of its printers.
+struct PageFolder {
+    PageFolder();
+    ~PageFolder();
+
+    /// @return how many were left, where mutexes leave anything.
+    unsigned removeMutexes() const;
+
+    const std::filesystem::path path;
+};
+
+class Campaign : public testing::Test {
+protected:
+    explicit Campaign(unsigned printers = 1) { connectPrinters(printers, folder.path); }
+    ~Campaign() override { zprusb_close(); }
+
+    /// The device mutex is free and the next call works, from any thread.
+    static void expectUsable() {
+        EXPECT_EQ(codeElsewhere(zprusb_status), ZPRUSB_SUCCESS);
+        EXPECT_EQ(codeOf(zprusb_status), ZPRUSB_SUCCESS);
+    }
+
+    static void addFault(const Json& fault) {
+        EXPECT_EQ(zprusbsim_addFault(fault.dump().c_str(), nullptr, 0), 1u) << fault;
+    }
+
+    const PageFolder folder;
+};

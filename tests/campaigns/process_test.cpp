@@ -1,0 +1,122 @@
+// Eight processes share two printers; each is killed at a random moment and started anew.
+#include <algorithm>
+#include <chrono>
+#include <iostream>
+#include <random>
+#include <sstream>
+#include <thread>
+
+#include "campaign.h"
+#include "roles.h"
+#include "support/system.h"
+
+namespace {
+
+constexpr unsigned sharedPrinters = 2;
+
+/// The clock of all processes, in nanoseconds.
+int64_t now() {
+    return std::chrono::nanoseconds(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+/// The time in which a process had a printer for sure.
+struct Possession {
+    unsigned printer;
+    int64_t begin, end;
+};
+
+/// Starts a process and kills it.
+/// @return when it had which printer.
+std::vector<Possession> possessionsOfOne(const std::string& folder, std::chrono::milliseconds life) {
+    test::ChildProcess process(test::ownProgram(), {"share", folder});
+    EXPECT_EQ(process.readLine(), "ready");
+    std::this_thread::sleep_for(life);
+    const int64_t killed = now();
+    process.kill();
+    std::istringstream reports(process.readAll());
+    std::vector<Possession> possessions;
+    std::string line;
+    while (std::getline(reports, line) && !reports.eof()) {  // a line without its end was cut by the kill
+        std::istringstream words(line);
+        char event = 0;
+        unsigned number = 0;
+        int64_t time = 0;
+        words >> event >> number >> time;
+        EXPECT_TRUE(event == 'S' || event == 'E') << line;
+        if (event == 'S') possessions.push_back({number, time, killed});
+        if (event == 'E' && !possessions.empty()) possessions.back().end = time;
+    }
+    return possessions;
+}
+
+struct Processes : testing::Test {
+    PageFolder folder;
+};
+
+}  // namespace
+
+int shareThePrinters(const std::string& folder) {
+    connectPrinters(sharedPrinters, std::u8string(folder.begin(), folder.end()));
+    uint16_t code = ZPRUSB_SUCCESS;
+    if (zprusb_open(&code) == 0) return code;
+    std::cout << "ready" << std::endl;
+    std::mt19937 random(std::random_device{}());
+    const uint8_t pixels[pageSize] = {};
+    for (;;) {
+        const uint8_t printer = random() % sharedPrinters;
+        zprusb_selectPrinter(printer, nullptr);
+        if (zprusb_checkMediaInfo(0xF1, 85, 85, &code) == 0 || zprusb_startpage(nullptr, &code) == 0) {
+            if (code != ZPRUSB_PRINTER_BUSY) std::cout << "code " << code << std::endl;
+            continue;
+        }
+        std::cout << "S " << int{printer} << ' ' << now() << std::endl;
+        zprusb_write(pixels, &pageSize, &code);
+        std::cout << "E " << int{printer} << ' ' << now() << std::endl;
+        zprusb_endpage(&code);
+        if (code != ZPRUSB_SUCCESS) std::cout << "code " << code << std::endl;
+    }
+}
+
+TEST_F(Processes, neverHaveAPrinterTogetherHoweverOftenTheyAreKilled) {
+    constexpr unsigned processes = 8;
+    const unsigned kills = rounds(5, 125);  // of each
+    const std::u8string path = folder.path.u8string();
+    std::vector<std::vector<Possession>> ofThreads(processes);
+    const unsigned resources = test::resourceCount();
+    {
+        std::vector<std::jthread> threads;
+        for (unsigned i = 0; i < processes; ++i) {
+            threads.emplace_back([&, i] {
+                std::mt19937 random(i);
+                for (unsigned kill = 0; kill < kills; ++kill) {
+                    const auto found =
+                        possessionsOfOne({path.begin(), path.end()}, std::chrono::milliseconds(random() % 60));
+                    ofThreads[i].insert(ofThreads[i].end(), found.begin(), found.end());
+                }
+            });
+        }
+    }
+    std::vector<Possession> all;
+    for (const auto& ofThread : ofThreads) all.insert(all.end(), ofThread.begin(), ofThread.end());
+    std::ranges::sort(all, {}, &Possession::begin);
+    int64_t freeSince[sharedPrinters] = {};
+    for (const auto& [printer, begin, end] : all) {
+        ASSERT_LT(printer, sharedPrinters);
+        EXPECT_GE(begin, freeSince[printer]) << "printer " << printer << " had two owners";
+        freeSince[printer] = end;
+    }
+    EXPECT_GT(all.size(), processes);
+    std::cout << all.size() << " pages, " << processes * kills << " kills\n";
+
+    connectPrinters(sharedPrinters, folder.path);
+    EXPECT_EQ(codeOf(zprusb_open), ZPRUSB_SUCCESS);
+    uint16_t code = 0;
+    for (uint8_t printer = 0; printer < sharedPrinters; ++printer) {
+        EXPECT_EQ(zprusb_selectPrinter(printer, nullptr), printer);
+        while (statusAtOnce() == ZPRUSB_PRINTER_BUSY) continue;  // once, when its last owner was killed
+        EXPECT_EQ(printPage(1, &code), 1u) << code;
+    }
+    zprusb_close();
+    EXPECT_TRUE(resourcesFallTo(resources));
+    EXPECT_LE(folder.removeMutexes(), sharedPrinters);
+}

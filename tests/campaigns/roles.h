@@ -1,0 +1,16 @@
+/// What the test program does when it is started as another process of a campaign.
+#pragma once
+
+#include <string>
+
+/// Prints on the two printers of a page folder until it is killed. It tells when it has one: "S" or "E" (start
+/// or end), the printer, and the time in nanoseconds.
+int shareThePrinters(const std::string& folder);
+
+/// Ends the process while the library is in the state of that name.
+int endInState(const std::string& state);
+
+constexpr struct Role {
+    const char* name;
+    int (*play)(const std::string& argument);
+} roles[] = {{"share", shareThePrinters}, {"end", endInState}};
