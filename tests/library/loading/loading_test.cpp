@@ -6,6 +6,7 @@
 #include <cstring>
 #include <iostream>
 
+#include "calls.h"
 #include "fake_control_library.h"
 #include "fake_pipe.h"
 #include "platform/module.h"
@@ -148,6 +149,7 @@ TEST_F(Loading, worksOrFailsByTheControlLibraryOfTheFolderAndEndsWellInWhateverS
             fs::copy_file(parts / control / controlFile, place, fs::copy_options::overwrite_existing);
         test::ChildProcess process(test::ownProgram(), {name});
         EXPECT_EQ(process.readLine(), std::to_string(code)) << name;
+        noteCode(code);
         EXPECT_TRUE(process.endedWell()) << name;
     }
 }
