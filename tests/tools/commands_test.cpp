@@ -30,6 +30,13 @@ TEST_F(Commands, ListNamesEveryPrinter) {
                                               {"printer": 1, "name": "kiosk right"}])"));
 }
 
+TEST_F(Commands, ASimulatorThatIsWronglyConfiguredSaysWhyThereIsNoPrinter) {
+    simulate(R"({"printers": [{}, {"speed": 1}]})");
+    EXPECT_TRUE(contains(zprusb({"list"}).err,
+                         "ZPRUSB_SIMULATOR: printers[1].speed is not a known key here, so "
+                         "there is no simulated printer.\n"));
+}
+
 TEST_F(Commands, StatusNamesTheCodeOfThePrinterThatIsNotReady) {
     simulate(twoPrinters);
     const Outcome ready = zprusb({"status"});
