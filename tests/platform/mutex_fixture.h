@@ -12,12 +12,6 @@
 
 class NamedMutexes : public testing::Test {
 protected:
-    NamedMutexes()
-        : name(std::string("test_") + testing::UnitTest::GetInstance()->current_test_info()->name() + "_" +
-               std::to_string(platform::currentThreadId())) {
-        mutex = platform::openNamedMutex(name.c_str());
-    }
-
     ~NamedMutexes() override {
         platform::closeNamedMutex(mutex);
         test::removeMutex(name);
@@ -37,6 +31,8 @@ protected:
 
     test::ChildProcess holdingChild() const { return {test::ownProgram(), {"hold-mutex", name}}; }
 
-    std::string name;
-    platform::NamedMutex* mutex;
+    // It begins with characters as in a device path, which no file name can have, and is longer than one.
+    const std::string name = "usb#vid_1234&pid_5678#{a5dcbf10-6530}/\xC3\xA4 \x01?*.." +
+                             std::to_string(platform::currentThreadId()) + std::string(100, 'n');
+    platform::NamedMutex* mutex = platform::openNamedMutex(name.c_str());
 };

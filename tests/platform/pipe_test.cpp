@@ -1,44 +1,25 @@
-#include "platform/pipe.h"
-
 #include <gtest/gtest.h>
 
 #include <numeric>
 #include <thread>
-#include <vector>
 
 #include "support/system.h"
+#include "transfer.h"
 
 using namespace platform;
 
-TEST(Pipes, areWrittenWholeThoughTheReaderTakesSmallPieces) {
+TEST(Pipes, areWrittenWholeAndReadInSmallPiecesToTheirEnd) {
     test::Pipe pipe;
-    std::vector<uint8_t> sent(300'000);
-    std::iota(sent.begin(), sent.end(), uint8_t{0});
+    Transfer write{pipe.writer, std::vector<uint8_t>(300'100)};
+    std::iota(write.buffer.begin(), write.buffer.end(), uint8_t{0});
     std::vector<uint8_t> received;
-    std::thread reader([&] {
-        uint8_t piece[1000];
-        uint32_t count = 0;
-        while (received.size() < sent.size() && readPipe(pipe.reader, piece, sizeof piece, count)) {
-            received.insert(received.end(), piece, piece + count);
-        }
-    });
-    uint32_t written = 0;
-    EXPECT_TRUE(writePipe(pipe.writer, sent.data(), static_cast<uint32_t>(sent.size()), written));
-    reader.join();
-    EXPECT_EQ(written, sent.size());
-    EXPECT_EQ(received, sent);
-}
-
-TEST(Pipes, giveAReaderWhatIsThereAndThenTheEnd) {
-    test::Pipe pipe;
-    uint8_t bytes[300] = {1, 2, 3};
-    uint32_t count = 0;
-    EXPECT_TRUE(writePipe(pipe.writer, bytes, 3, count));
-    EXPECT_TRUE(readPipe(pipe.reader, bytes, sizeof bytes, count));
-    EXPECT_EQ(count, 3u);
+    std::thread reader([&] { received = readToTheEnd(pipe.reader); });
+    writeAll(&write);
     pipe.closeWriter();
-    readPipe(pipe.reader, bytes, sizeof bytes, count);
-    EXPECT_EQ(count, 0u);
+    reader.join();
+    EXPECT_TRUE(write.succeeded);
+    EXPECT_EQ(write.count, write.buffer.size());
+    EXPECT_EQ(received, write.buffer);
 }
 
 TEST(Pipes, withoutAReaderFailAndDoNothingElse) {
@@ -46,22 +27,22 @@ TEST(Pipes, withoutAReaderFailAndDoNothingElse) {
     pipe.closeReader();
     const BrokenPipeGuard guard;
     for (int attempt = 0; attempt < 3; ++attempt) {
-        uint32_t written = 99;
-        EXPECT_FALSE(writePipe(pipe.writer, reinterpret_cast<const uint8_t*>("page"), 4, written));
-        EXPECT_EQ(written, 0u);
+        Transfer write{pipe.writer, {'p'}, 99, true};
+        writeAll(&write);
+        EXPECT_FALSE(write.succeeded);
+        EXPECT_EQ(write.count, 0u);
     }
 }
 
 TEST(Pipes, thatAreNoneFailAtOnce) {
-    test::Pipe pipe;
+    const test::Pipe pipe;
     const PipeHandle beyondAllDescriptors = pipe.writer + (PipeHandle{1} << 32);
-    for (PipeHandle none : {noPipe, beyondAllDescriptors}) {
-        uint8_t byte = 0;
-        uint32_t count = 99;
-        EXPECT_FALSE(writePipe(none, &byte, 1, count));
-        EXPECT_EQ(count, 0u);
-        count = 99;
-        EXPECT_FALSE(readPipe(none, &byte, 1, count));
-        EXPECT_EQ(count, 0u);
+    for (const PipeHandle none : {noPipe, beyondAllDescriptors}) {
+        for (const auto action : {readOnce, writeAll}) {
+            Transfer transfer{none, {0}, 99, true};
+            action(&transfer);
+            EXPECT_FALSE(transfer.succeeded);
+            EXPECT_EQ(transfer.count, 0u);
+        }
     }
 }

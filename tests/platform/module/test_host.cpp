@@ -1,5 +1,0 @@
-#include "platform/module.h"
-
-extern "C" void* loadBesideTestHost(const char* name) {
-    return platform::loadBesideThisLibrary(name);
-}

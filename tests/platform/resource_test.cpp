@@ -1,0 +1,100 @@
+// Locks keep threads apart, and what is opened and closed a hundred times leaves nothing open.
+#include <gtest/gtest.h>
+
+#include <thread>
+
+#include "platform/lock.h"
+#include "platform/message_window.h"
+#include "platform/module.h"
+#include "platform/named_mutex.h"
+#include "platform/thread.h"
+#include "support/system.h"
+#include "transfer.h"
+
+using namespace platform;
+
+namespace {
+
+void endThreads() {
+    test::Pipe pipe;
+    Transfer write{pipe.writer, {'x'}}, read{pipe.reader, {0}};
+    writeAll(&write);
+    for (bool byForce : {false, true}) {
+        Thread* thread = startThread(readOnce, &read);
+        EXPECT_TRUE(byForce ? endThreadByForce(thread) : waitForThread(thread, forever));
+        closeThread(thread);
+    }
+}
+
+void abandonMutex() {
+    NamedMutex* mutex = openNamedMutex("test_leak");
+    std::thread([&] {
+        EXPECT_EQ(waitForNamedMutex(shareNamedMutex(mutex), 1000), MutexWait::obtained);
+    }).join();
+    EXPECT_EQ(waitForNamedMutex(mutex, 1000), MutexWait::abandoned);
+    EXPECT_TRUE(releaseNamedMutex(mutex));
+    closeNamedMutex(mutex);
+    closeNamedMutex(mutex);
+}
+
+void loadModule() {
+    ModuleHandle module = loadBesideThisLibrary("zprusb_test_module");
+    ASSERT_NE(module, nullptr);
+    EXPECT_NE(findFunction(module, "testModuleAnswer"), nullptr);
+    EXPECT_EQ(findFunction(module, "testModuleQuestion"), nullptr);
+    unloadModule(module);
+}
+
+void openWindow() {
+    MessageWindow* window = createMessageWindow();
+    EXPECT_NE(window, nullptr);
+    destroyMessageWindow(window);
+}
+
+// Every entry counts once for each leave, so a lock that is free too early is seen as well.
+template <class AnyLock>
+int countWithThreads(int entries) {
+    AnyLock lock;
+    int counter = 0;
+    std::vector<std::jthread> threads;
+    for (int i = 0; i < 4; ++i) {
+        threads.emplace_back([&] {
+            for (int round = 0; round < 5000; ++round) {
+                for (int entry = 0; entry < entries; ++entry) lock.enter();
+                for (int entry = 0; entry < entries; ++entry) {
+                    counter = counter + 1;
+                    lock.leave();
+                }
+            }
+        });
+    }
+    threads.clear();
+    return counter;
+}
+
+}  // namespace
+
+TEST(Resources, areGivenBackByEveryPartOfTheLayer) {
+    for (const auto round : {endThreads, abandonMutex, loadModule, openWindow}) {
+        round();  // what the system sets up at the first use stays
+        const unsigned before = test::resourceCount();
+        for (int i = 0; i < 100; ++i) round();
+        EXPECT_LT(test::resourceCount(), before + 10);  // the system opens and closes some of its own
+    }
+    test::removeMutex("test_leak");
+}
+
+TEST(Resources, thatAreNoneAreRefused) {
+    EXPECT_EQ(shareNamedMutex(nullptr), nullptr);
+    EXPECT_EQ(waitForNamedMutex(nullptr, forever), MutexWait::failed);
+    EXPECT_FALSE(releaseNamedMutex(nullptr));
+    closeNamedMutex(nullptr);
+    WindowMessage message{};
+    EXPECT_FALSE(takeMessage(nullptr, message));
+    destroyMessageWindow(nullptr);
+}
+
+TEST(Locks, keepThreadsApart) {
+    EXPECT_EQ(countWithThreads<Lock>(1), 20'000);
+    EXPECT_EQ(countWithThreads<RecursiveLock>(3), 60'000);
+}

@@ -1,0 +1,36 @@
+/// Transfers on a test's pipe, as a thread makes them that may be ended by force.
+#pragma once
+
+#include <vector>
+
+#include "platform/pipe.h"
+
+struct Transfer {
+    platform::PipeHandle pipe;
+    std::vector<uint8_t> buffer;
+    uint32_t count = 0;
+    bool succeeded = false;
+};
+
+inline void readOnce(void* argument) {
+    auto& job = *static_cast<Transfer*>(argument);
+    job.succeeded =
+        platform::readPipe(job.pipe, job.buffer.data(), static_cast<uint32_t>(job.buffer.size()), job.count);
+}
+
+inline void writeAll(void* argument) {
+    auto& job = *static_cast<Transfer*>(argument);
+    job.succeeded =
+        platform::writePipe(job.pipe, job.buffer.data(), static_cast<uint32_t>(job.buffer.size()), job.count);
+}
+
+/// In small pieces.
+inline std::vector<uint8_t> readToTheEnd(platform::PipeHandle pipe) {
+    std::vector<uint8_t> received;
+    Transfer piece{pipe, std::vector<uint8_t>(1000)};
+    do {
+        readOnce(&piece);
+        received.insert(received.end(), piece.buffer.begin(), piece.buffer.begin() + piece.count);
+    } while (piece.count > 0);
+    return received;
+}
