@@ -9,8 +9,6 @@
 namespace test {
 namespace {
 
-using Words = std::vector<std::string>;
-
 class Service : public Workshop {
 protected:
     Service() {
@@ -24,74 +22,73 @@ protected:
 
 /// A command line, what is said about it, and the request that it makes by its name on the wire.
 struct Line {
-    const char* program;
-    Words arguments;
-    const char* text;
-    const char* request = nullptr;
+    std::string line, text;
+    std::string request{};
 };
 
 /// What its test is called after.
 void PrintTo(const Line& line, std::ostream* stream) {
-    *stream << line.program;
-    for (const std::string& word : line.arguments) *stream << ' ' << word.substr(0, 12);
+    *stream << line.line.substr(0, 60);
 }
 
 const Line deeds[] = {
-    {"zprusb", {"set", "button", "2"}, "Set the button of printer 0 to 2.\n", "OperationButton"},
-    {"zprusb", {"set", "parameter", "17"}, "Set the parameter of printer 0 to 17.\n", "SetPrinterParameter"},
-    {"zprusb", {"set", "name", "Theke 3"}, "Set the name of printer 0 to Theke 3.\n", "SetPrinterUniqueString"},
-    {"zprusb", {"reset-counter", "6"}, "Counter 6 of printer 0 is zero now.\n", "SetEepromMaintenance"},
-    {"zprusb", {"blink"}, "Printer 0 flashes its LED.\n", "FlashLed"},
-    {"zprusb", {"reset"}, "Printer 0 resets itself.\n", "Reset"},
-    {"zprusb-service", {"eeprom", "read", "0xA0", "2"}, "  00a0  00 00 ", "GetEepromMaintenance"},
-    {"zprusb-service",
-     {"eeprom", "write", "160", "0x0a1B", "ff", "--yes"},
-     "Wrote and verified 3 bytes of maintenance memory from address 0xa0 on.\n",
-     "SetEepromMaintenance"},
-    {"zprusb-service",
-     {"eeprom", "write", "0xA0", "--file", "bytes", "--yes"},
-     "2 bytes",
-     "GetEepromMaintenance"},
-    {"zprusb-service", {"diagnose", "3", "1", "2"}, "  0000  03 01 02 01 ", "SelfDiagnosis"},
-    {"zprusb-service", {"errorlog"}, "  0000  00 00 ", "GetErrorLog"},
-    {"zprusb-service", {"errorlog", "--clear", "--yes"}, "The error log is empty now.\n", "ResetErrorLog"},
-    {"zprusb-service",
-     {"tonecurve", "load", "curve", "--curve", "2", "--yes"},
-     "Loaded tone curve 2.\n",
-     "Update"},
-    {"zprusb-service", {"tonecurve", "reset", "--yes"}, "has forgotten its tone curves.\n", "Reset"},
-    {"zprusb-service", {"maintenance", "data", "4", "9"}, "  0000  04 09 ", "GetMaintenanceData"},
-    {"zprusb-service",
-     {"maintenance", "set", "1", "2", "3", "4", "5", "0xFFFF", "--yes"},
-     "Set the six maintenance values.\n",
+    {"zprusb set button 2", "Set the button of printer 0 to 2.\n", "OperationButton"},
+    {"zprusb set parameter 17", "Set the parameter of printer 0 to 17.\n", "SetPrinterParameter"},
+    {R"(zprusb set name "Theke 3")", "Set the name of printer 0 to Theke 3.\n", "SetPrinterUniqueString"},
+    {"zprusb reset-counter 6", "Counter 6 of printer 0 is zero now.\n", "SetEepromMaintenance"},
+    {"zprusb blink", "Printer 0 flashes its LED.\n", "FlashLed"},
+    {"zprusb reset", "Printer 0 resets itself.\n", "Reset"},
+    {"zprusb-service eeprom read 0xA0 2", "  00a0  00 00 ", "GetEepromMaintenance"},
+    {"zprusb-service eeprom write 160 0x0a1B ff --yes",
+     "Wrote and verified 3 bytes of maintenance memory from address 0xa0 on.\n", "SetEepromMaintenance"},
+    {"zprusb-service eeprom write 0xA0 --file bytes --yes", "2 bytes", "GetEepromMaintenance"},
+    {"zprusb-service diagnose 3 1 2", "  0000  03 01 02 01 ", "SelfDiagnosis"},
+    {"zprusb-service errorlog", "  0000  00 00 ", "GetErrorLog"},
+    {"zprusb-service errorlog --clear --yes", "The error log is empty now.\n", "ResetErrorLog"},
+    {"zprusb-service tonecurve load curve --curve 2 --yes", "Loaded tone curve 2.\n", "Update"},
+    {"zprusb-service tonecurve reset --yes", "has forgotten its tone curves.\n", "Reset"},
+    {"zprusb-service maintenance data 4 9", "  0000  04 09 ", "GetMaintenanceData"},
+    {"zprusb-service maintenance set 1 2 3 4 5 0xFFFF --yes", "Set the six maintenance values.\n",
      "SetMaintenanceParams"},
-    {"zprusb-service", {"universal", "4142", "--yes"}, "41 42 ", "Universal"},
+    {"zprusb-service universal 4142 --yes", "41 42 ", "Universal"},
 };
 
 const Line mistakes[] = {
-    {"zprusb", {"set", "button", "3"}, "'3' is no value for 'button', which takes 1 or 2."},
-    {"zprusb", {"set", "parameter", "4294967296"}, "which takes a number from 0 to 4294967295."},
-    {"zprusb", {"set", "name", ""}, "which takes a text of 1 to 23 bytes"},
-    {"zprusb", {"set", "name", "123456789012345678901234"}, "which takes a text of 1 to 23 bytes"},
-    {"zprusb", {"set", "moon", "1"}, "moon"},
-    {"zprusb", {"reset-counter", "0"}, "0"},
-    {"zprusb", {"print", "picture", "--option20", "256"}, "--option20"},
-    {"zprusb", {"watch", "--interval", "0"}, "--interval"},
-    {"zprusb-service", {}, "required"},
-    {"zprusb-service", {"eeprom", "read", "0xff", "2"}, "pass the memory's end"},
-    {"zprusb-service", {"eeprom", "read", "0x100", "1"}, "address"},
-    {"zprusb-service", {"eeprom", "write", "0", "123", "--yes"}, "'123' is no row of bytes"},
-    {"zprusb-service", {"eeprom", "write", "0", "--yes"}, "which bytes"},
-    {"zprusb-service", {"eeprom", "write", "0", "00", "--file", "bytes", "--yes"}, "excludes"},
-    {"zprusb-service", {"eeprom", "write", "0", "--file", "empty", "--yes"}, "1 to 255 bytes"},
-    {"zprusb-service", {"diagnose"}, "--results-only"},
-    {"zprusb-service",
-     {"tonecurve", "load", "short curve", "--curve", "1", "--yes"},
-     "1535 bytes instead of 1536"},
-    {"zprusb-service", {"tonecurve", "load", "missing", "--curve", "1", "--yes"}, "does not exist"},
-    {"zprusb-service", {"universal", std::string(496, '0'), "--yes"}, "more than 247"},
-    {"zprusb-service", {"firmware", "update", "firmware", "--yes"}, "--target"},
-    {"zprusb-service", {"firmware", "update", "firmware", "--target", "256", "--yes"}, "--target"},
+    {"zprusb", "A subcommand is required"},
+    {"zprusb prnit picture", "A subcommand is required"},
+    {"zprusb list more", "not expected: more"},
+    {"zprusb --printer 128 status", "--printer"},
+    {"zprusb --printer -1 status", "--printer"},
+    {"zprusb info moon", "moon not in"},
+    {"zprusb print", "image is required"},
+    {"zprusb print picture --copies 0", "--copies"},
+    {"zprusb print picture --copies 1000", "--copies"},
+    {"zprusb print picture --long 6", "--long"},
+    {"zprusb print picture --size 6", "'6' is no size like 6x4"},
+    {"zprusb print picture --size 0x4", "'0x4' is no size"},
+    {"zprusb print picture --size 6x4cm", "'6x4cm' is no size"},
+    {"zprusb print picture --size infxnan", "'infxnan' is no size"},
+    {"zprusb set button 3", "'3' is no value for 'button', which takes 1 or 2."},
+    {"zprusb set parameter 4294967296", "which takes a number from 0 to 4294967295."},
+    {R"(zprusb set name "")", "which takes a text of 1 to 23 bytes"},
+    {"zprusb set name 123456789012345678901234", "which takes a text of 1 to 23 bytes"},
+    {"zprusb set moon 1", "moon not in"},
+    {"zprusb reset-counter 0", "0 not in"},
+    {"zprusb print picture --option20 256", "--option20"},
+    {"zprusb watch --interval 0", "--interval"},
+    {"zprusb-service", "required"},
+    {"zprusb-service eeprom read 0xff 2", "pass the memory's end"},
+    {"zprusb-service eeprom read 0x100 1", "address"},
+    {"zprusb-service eeprom write 0 123 --yes", "'123' is no row of bytes"},
+    {"zprusb-service eeprom write 0 --yes", "which bytes"},
+    {"zprusb-service eeprom write 0 00 --file bytes --yes", "excludes"},
+    {"zprusb-service eeprom write 0 --file empty --yes", "1 to 255 bytes"},
+    {"zprusb-service diagnose", "--results-only"},
+    {R"(zprusb-service tonecurve load "short curve" --curve 1 --yes)", "1535 bytes instead of 1536"},
+    {"zprusb-service tonecurve load missing --curve 1 --yes", "does not exist"},
+    {"zprusb-service universal " + std::string(496, '0') + " --yes", "more than 247"},
+    {"zprusb-service firmware update firmware --yes", "--target"},
+    {"zprusb-service firmware update firmware --target 256 --yes", "--target"},
 };
 
 class EachDeed : public Service, public testing::WithParamInterface<Line> {};
@@ -99,13 +96,13 @@ INSTANTIATE_TEST_SUITE_P(Tools, EachDeed, testing::ValuesIn(deeds));
 
 TEST_P(EachDeed, IsReportedAndSoIsItsRefusal) {
     simulate(R"({"printers": [{}]})");
-    const Outcome done = run(GetParam().program, GetParam().arguments);
+    const Outcome done = run(GetParam().line);
     EXPECT_EQ(done.status, 0) << done.err;
     EXPECT_TRUE(contains(done.out, GetParam().text));
 
-    simulate(std::string(R"({"printers": [{}], "faults": [{"command": ")") + GetParam().request +
+    simulate(R"({"printers": [{}], "faults": [{"command": ")" + GetParam().request +
              R"(", "occurrence": "every", "action": "error", "number": 5}]})");
-    const Outcome refused = run(GetParam().program, GetParam().arguments);
+    const Outcome refused = run(GetParam().line);
     EXPECT_EQ(refused.status, 1);
     EXPECT_EQ(refused.out, "");
     EXPECT_TRUE(contains(refused.err, "code 260"));
@@ -115,7 +112,7 @@ class EachMistake : public Service, public testing::WithParamInterface<Line> {};
 INSTANTIATE_TEST_SUITE_P(Tools, EachMistake, testing::ValuesIn(mistakes));
 
 TEST_P(EachMistake, IsExplained) {
-    const Outcome outcome = run(GetParam().program, GetParam().arguments);
+    const Outcome outcome = run(GetParam().line);
     EXPECT_EQ(outcome.status, 2);
     EXPECT_EQ(outcome.out, "");
     EXPECT_TRUE(contains(outcome.err, GetParam().text));
@@ -123,23 +120,19 @@ TEST_P(EachMistake, IsExplained) {
 
 TEST_F(Service, MemoryIsReadAsTextAsJsonAndIntoAFile) {
     simulate(R"({"printers": [{"counters": [70]}]})");
-    EXPECT_EQ(json({"eeprom", "read", "0x60", "1"}, "zprusb-service"),
-              Json::parse(R"({"address": 96, "bytes": "46"})"));
-    const std::string file = write("memory", {});
-    EXPECT_EQ(service({"eeprom", "read", "0", "255", "--out", file}).out,
-              "Wrote 255 bytes into " + file + ".\n");
-    const std::string all = json({"eeprom", "read", "0", "255"}, "zprusb-service")["bytes"];
+    EXPECT_EQ(json("zprusb-service eeprom read 0x60 1"), Json::parse(R"({"address": 96, "bytes": "46"})"));
+    EXPECT_EQ(run("zprusb-service eeprom read 0 255 --out memory").out, "Wrote 255 bytes into memory.\n");
+    const std::string all = json("zprusb-service eeprom read 0 255")["bytes"];
     EXPECT_EQ(tool::hexOf(read("memory"), ""), all);
-    EXPECT_TRUE(contains(all, "46000000"));
-    const std::string dump = service({"eeprom", "read", "0xF8", "8"}).out;
-    EXPECT_EQ(dump, "  00f8  00 00 00 00 00 00 00 00                          |........|\n");
+    EXPECT_EQ(run("zprusb-service eeprom read 0x60 8").out,
+              "  0060  46 00 00 00 00 00 00 00                          |F.......|\n");
 }
 
 TEST_F(Service, RawShowsWhatTheHeaderOfAnAnswerSays) {
-    const Json normal = json({"raw", "03400000", "--yes"}, "zprusb-service");
+    const Json normal = json("zprusb-service raw 03400000 --yes");
     EXPECT_EQ(normal["header"]["kind"], "normal");
     EXPECT_EQ(normal["header"]["code"], 0);
-    const Json error = json({"raw", "03", "41", "0000", "--yes"}, "zprusb-service");
+    const Json error = json("zprusb-service raw 03 41 0000 --yes");
     EXPECT_EQ(error["header"]["kind"], "error");
     EXPECT_EQ(error["header"]["code"], 2601);
     EXPECT_EQ(error["bytes"].get<std::string>().substr(0, 4), "0201");
@@ -147,23 +140,18 @@ TEST_F(Service, RawShowsWhatTheHeaderOfAnAnswerSays) {
 
 TEST_F(Service, WithoutYesNothingIsSent) {
     simulate(R"({"printers": []})");  // to open the library would fail
-    for (const Words& arguments : {Words{"eeprom", "write", "0", "00"},
-                                   {"errorlog", "--clear"},
-                                   {"tonecurve", "load", "curve", "--curve", "1"},
-                                   {"tonecurve", "reset"},
-                                   {"maintenance", "set", "1", "2", "3", "4", "5", "6"},
-                                   {"universal", "00"},
-                                   {"firmware", "update", "firmware", "--target", "1"},
-                                   {"raw", "00"}}) {
-        const Outcome outcome = service(arguments);
-        EXPECT_EQ(outcome.status, 2) << arguments[0];
+    for (const std::string command :
+         {"eeprom write 0 00", "errorlog --clear", "tonecurve load curve --curve 1", "tonecurve reset",
+          "maintenance set 1 2 3 4 5 6", "universal 00", "raw 00", "firmware update firmware --target 1"}) {
+        const Outcome outcome = run("zprusb-service " + command);
+        EXPECT_EQ(outcome.status, 2) << command;
         EXPECT_EQ(outcome.out, "");
-        EXPECT_TRUE(contains(outcome.err, "Say --yes to ")) << arguments[0];
+        EXPECT_TRUE(contains(outcome.err, "Say --yes to "));
     }
 }
 
 TEST_F(Service, AnImpossibleDiagnosisIsTheLibrarysRefusal) {
-    const Outcome outcome = service({"diagnose", "3", "1", "6"});
+    const Outcome outcome = run("zprusb-service diagnose 3 1 6");
     EXPECT_EQ(outcome.status, 1);
     EXPECT_TRUE(contains(outcome.err, "code 1006"));
 }
@@ -201,25 +189,24 @@ protected:
 
 TEST_F(Firmware, IsInspectedWithoutAPrinter) {
     simulate(R"({"printers": []})");
-    const Json facts = json({"firmware", "inspect", "größe.s37"}, "zprusb-service");
+    const Json facts = json("zprusb-service firmware inspect größe.s37");
     EXPECT_EQ(facts["first"], start);
     EXPECT_EQ(facts["last"], start + 0x7FFFF);
     EXPECT_EQ(facts["sum"], std::accumulate(image.begin(), image.end(), 0u));
     EXPECT_EQ(facts["sumOfRecords"], std::accumulate(image.begin(), image.end(), 0u) - 0x3FF * 0xFF);
     EXPECT_EQ(facts["ranges"],
               Json::parse(R"([{"first": 32768, "last": 98304}, {"first": 99328, "last": 557055}])"));
-    const std::string text = service({"firmware", "inspect", "größe.s37"}).out;
+    const std::string text = run("zprusb-service firmware inspect größe.s37").out;
     EXPECT_TRUE(contains(text, "\n  0x00018000  +.####"));
 
-    const Outcome outcome = service({"firmware", "inspect", "bytes"});
+    const Outcome outcome = run("zprusb-service firmware inspect bytes");
     EXPECT_EQ(outcome.status, 1);
     EXPECT_TRUE(contains(outcome.err, "code 3001"));
 }
 
 TEST_F(Firmware, ArrivesAsItIs) {
-    const std::vector<std::string> update{"firmware", "update",  "größe.s37", "--target",
-                                          "9",        "--start", "0x1234",    "--yes"};
-    const Outcome done = service(update);
+    const std::string update = "zprusb-service firmware update größe.s37 --target 9 --start 0x1234 --yes";
+    const Outcome done = run(update);
     EXPECT_EQ(done.status, 0) << done.err;
     EXPECT_TRUE(
         contains(done.out, "has accepted the update.\nSent 524288 bytes of firmware to target 9 from "));
@@ -228,7 +215,7 @@ TEST_F(Firmware, ArrivesAsItIs) {
     for (const char* fault : {R"("command": "Update", "action": "error", "number": 5)",
                               R"("imageByte": 100000, "action": "unplug")"}) {
         simulate(std::string(R"({"printers": [{}], "output": "broken", "faults": [{)") + fault + "}]}");
-        const Outcome broken = service(update);
+        const Outcome broken = run(update);
         EXPECT_EQ(broken.status, 1);
         EXPECT_TRUE(contains(broken.err, fault[1] == 'c' ? "code 3200" : "code 2"));
         EXPECT_TRUE(read("broken/SIMULATED0001-update-9.bin").empty());

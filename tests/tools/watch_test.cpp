@@ -11,7 +11,7 @@ TEST_F(Watch, EachChangeIsOneLineUntilCtrlC) {
         {"command": "GetStatus", "occurrence": 3, "action": "status", "number": 51},
         {"command": "GetStatus", "occurrence": 6, "action": "replug", "seconds": 10},
         {"command": "GetStatus", "occurrence": 8, "action": "unplug"}]})");
-    ChildProcess watching = start("zprusb", {"watch", "--json", "--interval", "20"});
+    ChildProcess watching = start("zprusb watch --json --interval 20");
     for (const int code : {0, 2103, 0, 2000, 0, 2000}) {
         const Json line = Json::parse(watching.readLine(), nullptr, false);
         ASSERT_TRUE(line.is_object());
@@ -26,10 +26,7 @@ TEST_F(Watch, EachChangeIsOneLineUntilCtrlC) {
 
 TEST_F(Watch, PeopleReadTheTimeAndTheStatus) {
     simulate(R"({"printers": [{"condition": "out of media"}]})");
-    ChildProcess watching = start("zprusb", {"watch"});
-    EXPECT_TRUE(contains(watching.readLine(), "  printer 0: not ready, code 21"));
-    if (!watching.interrupt()) GTEST_SKIP() << "Without a console nothing can be interrupted.";
-    EXPECT_EQ(watching.exitStatus(), 0);
+    EXPECT_TRUE(contains(start("zprusb watch").readLine(), "  printer 0: not ready, code 21"));
 }
 
 }  // namespace

@@ -3,24 +3,20 @@
 #include <stb/stb_image.h>
 #include <stb/stb_image_write.h>
 
-#include <array>
-#include <cstdlib>
 #include <fstream>
+#include <iomanip>
 #include <iterator>
 #include <memory>
 #include <random>
+#include <sstream>
+#include <string_view>
 
 namespace test {
 namespace {
 
 namespace fs = std::filesystem;
 
-struct Colour {
-    char letter;
-    std::array<uint8_t, 3> rgb;
-};
-constexpr Colour colours[] = {
-    {'R', {255, 0, 0}}, {'G', {0, 255, 0}}, {'B', {0, 0, 255}}, {'W', {255, 255, 255}}};
+constexpr std::string_view primaries = "RGB";
 
 fs::path pathOf(const std::string& utf8) {
     return std::u8string(utf8.begin(), utf8.end());
@@ -45,16 +41,9 @@ void append(void* bytes, void* data, int size) {
     target.insert(target.end(), first, first + size);
 }
 
-bool similar(const uint8_t* pixel, const Colour& colour) {
-    constexpr int tolerance = 12;  // JPEG
-    for (size_t i = 0; i < 3; ++i)
-        if (std::abs(pixel[i] - colour.rgb[i]) > tolerance) return false;
-    return true;
-}
-
-std::string pageName(int number, const char* suffix) {
+fs::path pageFile(int number, const char* suffix) {
     const std::string digits = std::to_string(number);
-    return std::string(4 - digits.size(), '0') + digits + suffix;
+    return fs::path("printed") / (std::string(4 - digits.size(), '0') + digits + suffix);
 }
 
 }  // namespace
@@ -82,30 +71,32 @@ void Workshop::simulate(const std::string& configuration) {
     setEnvironment("ZPRUSB_SIMULATOR", folder_ / "simulator.json");
 }
 
-ChildProcess Workshop::start(const std::string& program, const std::vector<std::string>& arguments) {
+ChildProcess Workshop::start(const std::string& line) {
+    std::istringstream stream(line);
+    std::string program, word;
+    std::vector<std::string> arguments;
+    stream >> program;
+    while (stream >> std::quoted(word)) arguments.push_back(word);
     return {ownProgram().parent_path() / programFile(program), arguments, {folder_, folder_ / "err"}};
 }
 
-Outcome Workshop::run(const std::string& program, const std::vector<std::string>& arguments) {
-    ChildProcess process = start(program, arguments);
+Outcome Workshop::run(const std::string& line) {
+    ChildProcess process = start(line);
     process.closeInput();
     const std::string out = process.readAll();
     const int status = process.exitStatus();
     return {status, out, textOf(folder_ / "err")};
 }
 
-Json Workshop::json(std::vector<std::string> arguments, const std::string& program) {
-    arguments.push_back("--json");
-    const Outcome outcome = run(program, arguments);
+Json Workshop::json(const std::string& line) {
+    const Outcome outcome = run(line + " --json");
     EXPECT_EQ(outcome.status, 0) << outcome.err;
     return Json::parse(outcome.out, nullptr, false);
 }
 
-std::string Workshop::write(const std::string& name, const Bytes& content) {
+void Workshop::write(const std::string& name, const Bytes& content) {
     std::ofstream stream(folder_ / pathOf(name), std::ios::binary);
     stream.write(reinterpret_cast<const char*>(content.data()), static_cast<std::streamsize>(content.size()));
-    const std::u8string path = (folder_ / pathOf(name)).u8string();
-    return {path.begin(), path.end()};
 }
 
 Bytes Workshop::read(const std::string& name) {
@@ -113,7 +104,7 @@ Bytes Workshop::read(const std::string& name) {
 }
 
 Picture Workshop::printedPage(int number) {
-    const Bytes content = contentOf(folder_ / "printed" / pageName(number, ".png"));
+    const Bytes content = contentOf(folder_ / pageFile(number, ".png"));
     int width = 0, height = 0, channels = 0;
     const std::unique_ptr<stbi_uc, decltype(&stbi_image_free)> pixels(
         stbi_load_from_memory(content.data(), static_cast<int>(content.size()), &width, &height, &channels, 3),
@@ -127,8 +118,7 @@ Picture Workshop::printedPage(int number) {
 }
 
 Json Workshop::printedSheet(int number) {
-    const Bytes content = contentOf(folder_ / "printed" / pageName(number, ".json"));
-    return Json::parse(content, nullptr, false);
+    return Json::parse(contentOf(folder_ / pageFile(number, ".json")), nullptr, false);
 }
 
 Bytes png(const Picture& picture, int channels) {
@@ -150,9 +140,8 @@ Picture quarters(uint32_t width, uint32_t height, const std::string& letters) {
     for (uint32_t y = 0; y < height; ++y) {
         for (uint32_t x = 0; x < width; ++x) {
             const char letter = letters[(y >= height / 2 ? 2u : 0u) + (x >= width / 2 ? 1u : 0u)];
-            for (const Colour& colour : colours)
-                if (colour.letter == letter)
-                    picture.pixels.insert(picture.pixels.end(), colour.rgb.begin(), colour.rgb.end());
+            for (const char primary : primaries)
+                picture.pixels.push_back(letter == 'W' || letter == primary ? 255 : 0);
         }
     }
     return picture;
@@ -164,11 +153,19 @@ std::string coloursOf(const Picture& picture) {
 }
 
 char colourAt(const Picture& picture, unsigned across, unsigned down) {
+    constexpr uint8_t tolerance = 12;  // JPEG
     if (picture.pixels.empty()) return '?';
-    const size_t pixel = size_t{picture.height * down / 100} * picture.width + picture.width * across / 100;
-    for (const Colour& colour : colours)
-        if (similar(picture.pixels.data() + 3 * pixel, colour)) return colour.letter;
-    return '?';
+    size_t at = 3 * (size_t{picture.height * down / 100} * picture.width + picture.width * across / 100);
+    std::string lit;
+    for (const char primary : primaries) {
+        const uint8_t value = picture.pixels[at++];
+        if (value >= 255 - tolerance) {
+            lit += primary;
+        } else if (value > tolerance) {
+            return '?';
+        }
+    }
+    return lit == primaries ? 'W' : lit.size() == 1 ? lit[0] : '?';
 }
 
 }  // namespace test

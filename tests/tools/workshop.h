@@ -35,19 +35,17 @@ protected:
     /// Sets up the simulated printers by the text of a configuration file.
     void simulate(const std::string& configuration);
 
-    Outcome run(const std::string& program, const std::vector<std::string>& arguments);
-    Outcome zprusb(const std::vector<std::string>& arguments) { return run("zprusb", arguments); }
-
-    Outcome service(const std::vector<std::string>& arguments) { return run("zprusb-service", arguments); }
+    /// @param line a program and its arguments; those with blanks in them, and empty ones, stand in quotation
+    ///             marks. It runs in the folder.
+    Outcome run(const std::string& line);
 
     /// Starts a program that the test ends itself.
-    ChildProcess start(const std::string& program, const std::vector<std::string>& arguments);
+    ChildProcess start(const std::string& line);
 
     /// Runs a command with --json that has to succeed.
-    Json json(std::vector<std::string> arguments, const std::string& program = "zprusb");
+    Json json(const std::string& line);
 
-    /// @return the path in UTF-8.
-    std::string write(const std::string& name, const Bytes& content);
+    void write(const std::string& name, const Bytes& content);
     Bytes read(const std::string& name);
 
     /// The page with that number, complete, as the printer got it.
