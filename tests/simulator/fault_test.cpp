@@ -83,20 +83,6 @@ TEST_F(Faults, BreakTheLinkAtACommand) {
     }
 }
 
-TEST_F(Faults, BreakTheLinkWithinAPage) {
-    for (const char* action : {"closePipe", "unplug"}) {
-        SCOPED_TRACE(action);
-        configure();
-        add({{"imageByte", 1000}, {"occurrence", 2}, {"action", action}});
-        const Host host;
-        host.transfer(printRequest(1));
-        host.transfer(printRequest(2), Bytes(1000, 1));
-        ASSERT_EQ(zprusbsim_waitForPages(0, 2, patience), 1u);
-        EXPECT_EQ(zprusbsim_printedPages(0), 1u);
-        EXPECT_FALSE(host.send({1}));
-    }
-}
-
 TEST_F(Faults, DelayOrStopAPage) {
     add({{"imageByte", 1000}, {"action", "late"}, {"seconds", 0.5}});
     add({{"imageByte", 0}, {"action", "never"}, {"occurrence", 2}});

@@ -109,6 +109,13 @@ TEST_F(Print, FillingCutsBothSidesAlikeAndFittingLeavesWhiteMargins) {
     EXPECT_EQ(colourAt(filled, 48, 25), 'R');
     EXPECT_EQ(colourAt(filled, 52, 25), 'G');
 
+    Picture stripe = quarters(600, 100, "GGGG");  // its white middle is what remains
+    for (ptrdiff_t row = 0; row < 100; ++row)
+        std::fill_n(stripe.pixels.begin() + 3 * (600 * row + 250), 300, uint8_t{255});
+    const Picture cut = pageOf(png(stripe), "--size 3x3");
+    EXPECT_EQ(colourAt(cut, 3, 50), 'W');
+    EXPECT_EQ(colourAt(cut, 97, 50), 'W');
+
     const Picture fitted = pageOf(wide, "--size 3x3 --fit");
     EXPECT_EQ(coloursOf(fitted), "WWWW");
     EXPECT_EQ(colourAt(fitted, 2, 45), 'R');

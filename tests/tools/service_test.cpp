@@ -150,12 +150,6 @@ TEST_F(Service, WithoutYesNothingIsSent) {
     }
 }
 
-TEST_F(Service, AnImpossibleDiagnosisIsTheLibrarysRefusal) {
-    const Outcome outcome = run("zprusb-service diagnose 3 1 6");
-    EXPECT_EQ(outcome.status, 1);
-    EXPECT_TRUE(contains(outcome.err, "code 1006"));
-}
-
 /// S-records of 32 bytes for each range of an image that begins at the address.
 std::string records(const Bytes& image, uint32_t start, const std::vector<std::pair<size_t, size_t>>& ranges) {
     std::string text;

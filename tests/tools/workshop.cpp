@@ -24,15 +24,7 @@ fs::path pathOf(const std::string& utf8) {
 
 Bytes contentOf(const fs::path& file) {
     std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-}
-
-/// A text without the carriage returns of Windows.
-std::string textOf(const fs::path& file) {
-    const Bytes content = contentOf(file);
-    std::string text(content.begin(), content.end());
-    std::erase(text, '\r');
-    return text;
+    return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 void append(void* bytes, void* data, int size) {
@@ -85,7 +77,8 @@ Outcome Workshop::run(const std::string& line) {
     process.closeInput();
     const std::string out = process.readAll();
     const int status = process.exitStatus();
-    return {status, out, textOf(folder_ / "err")};
+    std::ifstream errors(folder_ / "err");
+    return {status, out, {std::istreambuf_iterator<char>(errors), {}}};
 }
 
 Json Workshop::json(const std::string& line) {
