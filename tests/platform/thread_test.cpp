@@ -97,10 +97,10 @@ TEST(Threads, thatEndedByThemselvesBearAForcedEnd) {
 
 TEST(Threads, goOnWhenTheyAreClosedUnfinished) {
     test::Pipe pipe;
-    static Transfer write = writeToFullPipe(pipe);  // the thread may be at it when the test has ended
-    closeThread(startThread(writeAll, &write));
+    static auto* const write = new Transfer(writeToFullPipe(pipe));  // the thread may be at it to the end
+    closeThread(startThread(writeAll, write));
     Transfer read{pipe.reader, std::vector<uint8_t>(1000)};
-    for (size_t received = 0; received < write.buffer.size(); received += read.count) {
+    for (size_t received = 0; received < write->buffer.size(); received += read.count) {
         readOnce(&read);
         ASSERT_TRUE(read.succeeded);
     }
