@@ -20,7 +20,7 @@
 using CommandId = std::pair<uint8_t, uint8_t>;
 constexpr CommandId getStatus{0x01, 0x00}, getMediaInfo{0x02, 0x00}, getErrorLog{0x04, 0x00},
     getFirmwareInfo{0x03, 0xC0}, getEeprom{0x05, 0xC0}, getMaintenanceData{0x09, 0xC0},
-    getUniqueString{0x03, 0x80}, print{0x01, 0x40}, printLong{0x02, 0x40};
+    getUniqueString{0x03, 0x80}, maintenancePermission{0x02, 0x80}, print{0x01, 0x40}, printLong{0x02, 0x40};
 
 /// Whether a piece is a request, not data.
 bool isRequest(const Bytes& piece);
