@@ -1,8 +1,7 @@
 #include "fake_bus.h"
 
 #include <algorithm>
-
-#include "fake_control_library.h"
+#include <cstring>
 
 namespace {
 
@@ -72,13 +71,9 @@ void FakeDevice::answer(CommandId command, const Bytes& bytes) {
     answer(command, [bytes](const Bytes&) { return bytes; });
 }
 
-void FakeDevice::sayNothingTo(CommandId command) {
-    answer(command, [](const Bytes&) { return std::nullopt; });
-}
-
-void FakeDevice::answerOnce(CommandId command, std::optional<Bytes> bytes) {
+void FakeDevice::answerOnce(CommandId command, const Bytes& bytes) {
     std::lock_guard lock(mutex_);
-    once_[command].push_back(std::move(bytes));
+    once_[command].push_back(bytes);
 }
 
 std::vector<Bytes> FakeDevice::pieces(size_t count) {
@@ -87,112 +82,75 @@ std::vector<Bytes> FakeDevice::pieces(size_t count) {
     return pieces_;
 }
 
-std::vector<Bytes> FakeDevice::pieces() {
-    return pieces(0);
-}
-
 void FakeDevice::forgetPieces() {
     std::lock_guard lock(mutex_);
     pieces_.clear();
 }
 
 size_t FakeDevice::countRequests(CommandId command) {
-    const auto all = pieces();
-    return static_cast<size_t>(std::count_if(all.begin(), all.end(), [&](const Bytes& piece) {
-        return isRequest(piece) && commandOf(piece) == command;
-    }));
-}
-
-FakeDevice::~FakeDevice() {
-    for (Connection& connection : connections_) {
-        for (const uint64_t end : connection.libraryEnds) {
-            if (end != none) closeEnd(end);
-        }
-        endConnection(connection);
-    }
-}
-
-void FakeDevice::open() {
-    const FakePipe requests = makeRequestPipe();
-    const FakePipe answers = makeAnswerPipe();
-    open_ = true;
-    connections_.push_back(
-        {{requests.libraryEnd, answers.libraryEnd}, {requests.testEnd, answers.testEnd}, {}});
-    connections_.back().thread = std::thread([=, this] { run(requests.testEnd, answers.testEnd); });
-}
-
-bool FakeDevice::closePipe(uint64_t end, int& pipeNumber) {
-    for (auto connection = connections_.begin(); connection != connections_.end(); ++connection) {
-        auto& ends = connection->libraryEnds;
-        if (ends[0] != end && ends[1] != end) continue;
-        pipeNumber = ends[0] == end ? 0 : 1;
-        closeEnd(end);
-        ends[pipeNumber] = none;
-        if (ends[1 - pipeNumber] == none) {
-            endConnection(*connection);
-            connections_.erase(connection);
-        }
-        return true;
-    }
-    return false;
-}
-
-void FakeDevice::endConnection(Connection& connection) {
-    connection.thread.join();
-    for (const uint64_t end : connection.testEnds) closeEnd(end);
+    return static_cast<size_t>(std::ranges::count_if(
+        pieces(), [&](const Bytes& piece) { return isRequest(piece) && commandOf(piece) == command; }));
 }
 
 void FakeDevice::unplug() {
     present = false;
     for (const Connection& connection : connections_) {
-        for (const uint64_t end : connection.testEnds) hangUp(end);
+        for (const FakePipe& pipe : connection.pipes) hangUp(pipe.testEnd);
     }
 }
 
-void FakeDevice::run(uint64_t requests, uint64_t answers) {
-    while (const auto piece = receivePiece(requests)) {
-        const auto bytes = answerTo(*piece);
-        if (bytes && !sendBytes(answers, *bytes)) break;
+FakeDevice::Connection::Connection(FakeDevice& device) {
+    thread = std::thread([&device, requests = pipes[0].testEnd, answers = pipes[1].testEnd] {
+        while (const auto piece = receivePiece(requests)) {
+            const auto bytes = device.answerTo(*piece);
+            if (bytes && !sendBytes(answers, *bytes)) break;
+        }
+    });
+}
+
+FakeDevice::Connection::~Connection() {
+    for (const FakePipe& pipe : pipes) {
+        if (pipe.libraryEnd != none) closeEnd(pipe.libraryEnd);
     }
+    thread.join();
+    for (const FakePipe& pipe : pipes) closeEnd(pipe.testEnd);
+}
+
+const char* FakeDevice::closePipe(uint64_t end) {
+    for (auto connection = connections_.begin(); connection != connections_.end(); ++connection) {
+        for (const int number : {0, 1}) {
+            if (connection->pipes[number].libraryEnd != end) continue;
+            closeEnd(std::exchange(connection->pipes[number].libraryEnd, none));
+            if (connection->pipes[1 - number].libraryEnd == none) connections_.erase(connection);
+            return number == 0 ? "write" : "read";
+        }
+    }
+    return nullptr;
 }
 
 std::optional<Bytes> FakeDevice::answerTo(const Bytes& piece) {
-    Answerer answerer;
-    {
-        std::lock_guard lock(mutex_);
-        pieces_.push_back(piece);
-        arrived_.notify_all();
-        if (!isRequest(piece)) return std::nullopt;
-        auto& once = once_[commandOf(piece)];
-        if (!once.empty()) {
-            const auto bytes = once.front();
-            once.pop_front();
-            return bytes;
-        }
-        answerer = answerers_[commandOf(piece)];
+    std::unique_lock lock(mutex_);
+    pieces_.push_back(piece);
+    arrived_.notify_all();
+    if (!isRequest(piece)) return std::nullopt;
+    if (auto& once = once_[commandOf(piece)]; !once.empty()) {
+        const Bytes bytes = once.front();
+        once.pop_front();
+        return bytes;
     }
+    const Answerer answerer = answerers_[commandOf(piece)];
+    lock.unlock();
     return answerer ? answerer(piece) : normalAnswer({});
-}
-
-std::string FakeBus::printerPath(size_t number) {
-    return pathStart + "-" + std::to_string(number);
 }
 
 FakeBus::FakeBus(size_t printers) {
     theBus = this;
-    static const FakeControlFunctions functions{open,      close,           getDeviceName, getPipeHandle,
-                                                closePipe, checkDeviceName, checkDevice};
     fakeControlInstall(&functions);
     for (size_t number = 0; number < printers; ++number) add(printerPath(number));
 }
 
-FakeBus::~FakeBus() {
-    theBus = nullptr;
-}
-
 FakeDevice& FakeBus::add(const std::string& path) {
-    devices_.push_back(std::make_unique<FakeDevice>(path));
-    FakeDevice& device = *devices_.back();
+    FakeDevice& device = *devices_.emplace_back(std::make_unique<FakeDevice>(path, devices_.size()));
     device.answer(getStatus, normalAnswer(statusPayload()));
     device.answer(getMediaInfo, normalAnswer(mediaPayload({{0xF1, 15240, 10160}})));
     device.answer(getErrorLog, normalAnswer(countingBytes(70, 0x10)));
@@ -211,9 +169,20 @@ std::vector<std::string> FakeBus::calls() {
 }
 
 size_t FakeBus::countCalls(const std::string& start) {
-    const auto all = calls();
-    return static_cast<size_t>(std::count_if(all.begin(), all.end(),
-                                             [&](const std::string& call) { return call.starts_with(start); }));
+    return static_cast<size_t>(
+        std::ranges::count_if(calls(), [&](const std::string& call) { return call.starts_with(start); }));
+}
+
+std::string FakeBus::printerPath(size_t number) {
+    return pathStart + "-" + std::to_string(number);
+}
+
+FakeDevice* FakeBus::at(uint32_t deviceNumber) {
+    return deviceNumber < devices_.size() ? devices_[deviceNumber].get() : nullptr;
+}
+
+FakeDevice& FakeBus::find(uint64_t handle) {
+    return **std::ranges::find_if(devices_, [&](const auto& device) { return device->handle == handle; });
 }
 
 void FakeBus::log(const std::string& call) {
@@ -221,59 +190,44 @@ void FakeBus::log(const std::string& call) {
     calls_.push_back(call);
 }
 
-uint64_t FakeBus::handleOf(size_t deviceNumber) const {
-    return devices_[deviceNumber]->handle.value_or(deviceNumber);
-}
-
-FakeDevice* FakeBus::find(uint64_t handle) {
-    for (size_t number = 0; number < devices_.size(); ++number) {
-        if (handleOf(number) == handle) return devices_[number].get();
-    }
-    return nullptr;
-}
-
-uint64_t FakeBus::open(uint32_t deviceNumber) {
-    if (deviceNumber >= theBus->devices_.size() || !theBus->devices_[deviceNumber]->present) return none;
-    theBus->log("Open " + std::to_string(deviceNumber));
-    theBus->devices_[deviceNumber]->open();
-    return theBus->handleOf(deviceNumber);
-}
-
-void FakeBus::close(uint64_t handle) {
-    theBus->log("Close " + std::to_string(handle));
-    if (FakeDevice* device = theBus->find(handle)) device->open_ = false;
-}
-
-uint32_t FakeBus::getDeviceName(uint64_t handle, char* name) {
-    const FakeDevice* device = theBus->find(handle);
-    if (device == nullptr) return 0;
-    std::copy(device->path.begin(), device->path.end(), name);
-    name[device->path.size()] = '\0';
-    return 1;
-}
-
-uint64_t FakeBus::getPipeHandle(uint64_t handle, uint8_t pipeNumber) {
-    const FakeDevice* device = theBus->find(handle);
-    if (device == nullptr || pipeNumber > 1 || device->failPipes) return none;
-    return device->connections_.back().libraryEnds[pipeNumber];
-}
-
-void FakeBus::closePipe(uint64_t pipe) {
-    for (size_t number = 0; number < theBus->devices_.size(); ++number) {
-        int pipeNumber = 0;
-        if (!theBus->devices_[number]->closePipe(pipe, pipeNumber)) continue;
-        theBus->log((pipeNumber == 0 ? "ClosePipe write " : "ClosePipe read ") + std::to_string(number));
-        return;
-    }
-    theBus->log("ClosePipe unknown");
-}
-
-uint64_t FakeBus::checkDeviceName(uint32_t deviceNumber) {
-    if (deviceNumber >= theBus->devices_.size() || !theBus->devices_[deviceNumber]->open_) return none;
-    return theBus->handleOf(deviceNumber);
-}
-
-uint32_t FakeBus::checkDevice(uint64_t handle) {
-    const FakeDevice* device = theBus->find(handle);
-    return device != nullptr && device->present;
-}
+const FakeControlFunctions FakeBus::functions{
+    .open =
+        [](uint32_t deviceNumber) {
+            FakeDevice* device = theBus->at(deviceNumber);
+            if (device == nullptr || !device->present) return none;
+            theBus->log("Open " + std::to_string(deviceNumber));
+            device->open_ = true;
+            device->connections_.emplace_back(*device);
+            return device->handle;
+        },
+    .close =
+        [](uint64_t handle) {
+            theBus->log("Close " + std::to_string(handle));
+            theBus->find(handle).open_ = false;
+        },
+    .getDeviceName =
+        [](uint64_t handle, char* name) {
+            std::strcpy(name, theBus->find(handle).path.c_str());
+            return uint32_t{1};
+        },
+    .getPipeHandle =
+        [](uint64_t handle, uint8_t pipeNumber) {
+            const FakeDevice& device = theBus->find(handle);
+            return device.failPipes ? none : device.connections_.back().pipes[pipeNumber].libraryEnd;
+        },
+    .closePipe =
+        [](uint64_t pipe) {
+            for (size_t number = 0; number < theBus->devices_.size(); ++number) {
+                const char* kind = theBus->devices_[number]->closePipe(pipe);
+                if (kind != nullptr)
+                    return theBus->log(std::string("ClosePipe ") + kind + " " + std::to_string(number));
+            }
+            theBus->log("ClosePipe unknown");
+        },
+    .checkDeviceName =
+        [](uint32_t deviceNumber) {
+            const FakeDevice* device = theBus->at(deviceNumber);
+            return device != nullptr && device->open_ ? device->handle : none;
+        },
+    .checkDevice = [](uint64_t handle) { return uint32_t{theBus->find(handle).present}; },
+};

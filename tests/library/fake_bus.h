@@ -13,6 +13,7 @@
 #include <string>
 #include <thread>
 
+#include "fake_control_library.h"
 #include "fake_pipe.h"
 #include "platform/thread.h"
 
@@ -43,20 +44,16 @@ using Answerer = std::function<std::optional<Bytes>(const Bytes& request)>;
 
 class FakeDevice {
 public:
-    explicit FakeDevice(std::string devicePath) : path(std::move(devicePath)) {}
-    ~FakeDevice();
+    FakeDevice(std::string devicePath, uint64_t number) : path(std::move(devicePath)), handle(number) {}
 
     /// Answers a command from now on.
     void answer(CommandId command, Answerer answerer);
     void answer(CommandId command, const Bytes& bytes);
-    /// Answers a command once, before what else is set for it; nothing means never.
-    void answerOnce(CommandId command, std::optional<Bytes> bytes);
-    void sayNothingTo(CommandId command);
+    /// Answers a command once, before what else is set for it.
+    void answerOnce(CommandId command, const Bytes& bytes);
 
-    /// Every piece that the library wrote, in order; waits until `count` have arrived.
-    std::vector<Bytes> pieces(size_t count);
-    /// The pieces that came so far. What was answered has come.
-    std::vector<Bytes> pieces();
+    /// Every piece that the library wrote, in order; waits until `count` have arrived. What was answered has.
+    std::vector<Bytes> pieces(size_t count = 0);
     void forgetPieces();
     size_t countRequests(CommandId command);
 
@@ -65,7 +62,7 @@ public:
     void plugIn() { present = true; }
 
     std::string path;
-    std::optional<uint64_t> handle;  // instead of the device number
+    uint64_t handle;
     std::atomic<bool> present = true;
     bool failPipes = false;
 
@@ -75,24 +72,23 @@ private:
     /// The two pipes of one opening, by pipe number: 0 takes requests, 1 gives answers. It lasts until the
     /// library has closed both, though the device be closed and opened again before.
     struct Connection {
-        uint64_t libraryEnds[2];
-        uint64_t testEnds[2];
+        explicit Connection(FakeDevice& device);
+        ~Connection();
+
+        FakePipe pipes[2] = {makeRequestPipe(), makeAnswerPipe()};
         std::thread thread;
     };
-    void open();
-    bool closePipe(uint64_t end, int& pipeNumber);
-    /// To be called when the library has closed its ends.
-    void endConnection(Connection& connection);
-    void run(uint64_t requests, uint64_t answers);
+    /// Returns the kind of the pipe, or null if it is none of this device.
+    const char* closePipe(uint64_t end);
     std::optional<Bytes> answerTo(const Bytes& piece);
 
     bool open_ = false;
-    std::list<Connection> connections_;
-    std::mutex mutex_;  // guards what follows
+    std::mutex mutex_;  // guards the next four
     std::condition_variable arrived_;
     std::vector<Bytes> pieces_;
     std::map<CommandId, Answerer> answerers_;
-    std::map<CommandId, std::deque<std::optional<Bytes>>> once_;
+    std::map<CommandId, std::deque<Bytes>> once_;
+    std::list<Connection> connections_;
 };
 
 /// The devices of the process; installs itself as the control library. One exists at a time.
@@ -100,7 +96,6 @@ class FakeBus {
 public:
     /// So many ready printers, and nothing else.
     explicit FakeBus(size_t printers = 1);
-    ~FakeBus();
 
     FakeDevice& operator[](size_t deviceNumber) { return *devices_[deviceNumber]; }
     FakeDevice& add(const std::string& path);
@@ -117,15 +112,9 @@ public:
         "\\\\?\\usb#vid_5a2c&pid_0012#test" + std::to_string(platform::currentThreadId());
 
 private:
-    static uint64_t open(uint32_t deviceNumber);
-    static void close(uint64_t handle);
-    static uint32_t getDeviceName(uint64_t handle, char* name);
-    static uint64_t getPipeHandle(uint64_t handle, uint8_t pipeNumber);
-    static void closePipe(uint64_t pipe);
-    static uint64_t checkDeviceName(uint32_t deviceNumber);
-    static uint32_t checkDevice(uint64_t handle);
-    FakeDevice* find(uint64_t handle);
-    uint64_t handleOf(size_t deviceNumber) const;
+    static const FakeControlFunctions functions;
+    FakeDevice* at(uint32_t deviceNumber);
+    FakeDevice& find(uint64_t handle);
     void log(const std::string& call);
 
     std::vector<std::unique_ptr<FakeDevice>> devices_;

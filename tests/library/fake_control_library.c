@@ -2,24 +2,9 @@
 
 static const struct FakeControlFunctions* installed;
 
-#pragma GCC visibility push(default)
-
-/* Declared here alone: nobody links against these names, the library looks them up. */
-uint64_t SDKUsb_Open(uint32_t deviceNumber);
-uint64_t SDKUsb_OpenEx(uint32_t deviceNumber, uint32_t flags);
-void SDKUsb_Close(uint64_t device);
-uint64_t SDKUsb_GetDeviceHandle(uint32_t deviceNumber);
-uint32_t SDKUsb_GetDeviceName(uint64_t device, char* name);
-uint64_t SDKUsb_GetPipeHandle(uint64_t device, uint32_t zero, uint8_t pipeNumber, uint32_t alsoZero);
-void SDKUsb_ClosePipe(uint64_t pipe);
-uint32_t SDKUsb_AbortPipe(uint64_t pipe);
-uint32_t SDKUsb_ResetPipe(uint64_t pipe);
-uint64_t SDKUsb_CheckDeviceName(uint32_t deviceNumber);
-uint32_t SDKUsb_CheckDevice(uint64_t device);
-uint32_t SDKUsb_ResetDevice(uint64_t device);
-uint32_t SDKUsb_GetDeviceIDString(uint64_t device, char* text);
-
 void fakeControlInstall(const struct FakeControlFunctions* functions) { installed = functions; }
+
+#pragma GCC visibility push(default)
 
 uint64_t SDKUsb_Open(uint32_t deviceNumber) { return installed->open(deviceNumber); }
 void SDKUsb_Close(uint64_t device) { installed->close(device); }

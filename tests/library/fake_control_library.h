@@ -3,10 +3,6 @@
 
 #include <stdint.h>
 
-#ifdef __cplusplus
-extern "C" {
-#endif
-
 /* The functions that the library calls. The others exist and do nothing. */
 struct FakeControlFunctions {
     uint64_t (*open)(uint32_t deviceNumber);
@@ -19,11 +15,8 @@ struct FakeControlFunctions {
 };
 
 /* To be called before the library opens; the table must outlive the library. */
-#ifdef __GNUC__
-__attribute__((visibility("default")))
-#endif
-void fakeControlInstall(const struct FakeControlFunctions* functions);
-
 #ifdef __cplusplus
-}
+extern "C"
 #endif
+    __attribute__((visibility("default"))) void
+    fakeControlInstall(const struct FakeControlFunctions* functions);

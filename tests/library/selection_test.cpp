@@ -57,7 +57,7 @@ TEST(Enumeration, closesAndLeavesOutEveryDeviceThatIsNoPrinter) {
     for (const auto& device : devices) {
         FakeBus bus(1);
         FakeDevice& added = bus.add(device.path);
-        added.handle = device.handle;
+        added.handle = device.handle.value_or(1);
         added.failPipes = device.failPipes;
         bus.add(FakeBus::printerPath(2));
         EXPECT_EQ(codeOf(zprusb_open), ZPRUSB_SUCCESS);

@@ -123,7 +123,7 @@ TEST(Transport, failsWith2600OnAPipeWithoutAnotherEnd) {
 }
 
 TEST_F(ForcedEnd, ofAReadLeavesThePrinterUsableAndItsReadPipeOpen) {
-    bus[0].sayNothingTo(getStatus);
+    bus[0].answer(getStatus, [](const Bytes&) { return std::nullopt; });
     const auto start = Clock::now();
     EXPECT_EQ(statusAtOnce(), 2600);
     EXPECT_GE(Clock::now() - start, transferLimit);
