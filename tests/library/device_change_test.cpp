@@ -8,9 +8,7 @@
 
 namespace {
 
-struct PluggedPrinters : OpenPrinter {
-    PluggedPrinters() : OpenPrinter(2) {}
-
+struct PluggedPrinters : OpenPrinters<2> {
     /// Unplugs a printer and waits until the library has closed it.
     void unplug(size_t number) {
         bus[number].unplug();

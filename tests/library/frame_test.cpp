@@ -9,62 +9,46 @@
 
 namespace {
 
-struct Entry {
-    const char* name;
-    uint32_t (*call)(uint16_t* code);
+/// The entry points that act on the calling thread's object as well, but do not just send a command.
+const std::vector<Operation> otherOperations{
+    {CALL(zprusb_copies(1, code))},
+    {CALL(zprusb_startpage(nullptr, code))},
+    {CALL(zprusb_startpagelong(nullptr, 0, code))},
+    {CALL(zprusb_endpage(code))},
+    {CALL(zprusb_cmdReserved(1, code))},
 };
 
-const uint8_t byte = 1;
-const uint32_t one = 1;
+void expectNoObject() {
+    for (const auto& table : {operations, otherOperations}) {
+        for (const Operation& operation : table) {
+            EXPECT_EQ(codeOf(operation.call), ZPRUSB_NO_OBJECT) << operation.name;
+            EXPECT_EQ(operation.call(nullptr), 0u) << operation.name;
+        }
+    }
+}
 
-/// Every entry point that acts on the calling thread's object and gives a result code.
-const std::vector<Entry> entries = [] {
-    std::vector<Entry> all{
-        {"status", zprusb_status},
-        {"checkMediaInfo", [](uint16_t* code) { return zprusb_checkMediaInfo(0xF1, 1, 1, code); }},
-        {"copies", [](uint16_t* code) { return zprusb_copies(1, code); }},
-        {"startpage", [](uint16_t* code) { return zprusb_startpage(nullptr, code); }},
-        {"startpagelong", [](uint16_t* code) { return zprusb_startpagelong(nullptr, 0, code); }},
-        {"write", [](uint16_t* code) { return zprusb_write(&byte, &one, code); }},
-        {"endpage", zprusb_endpage},
-    };
-    for (const Operation& operation : operations) all.push_back({operation.name, operation.call});
-    all.push_back({"cmdReserved", [](uint16_t* code) { return zprusb_cmdReserved(1, code); }});
-    return all;
-}();
-
-struct OpenPrinters : OpenPrinter {
-    OpenPrinters() : OpenPrinter(3) {}
-};
+struct ThreePrinters : OpenPrinters<3> {};
 
 }  // namespace
 
 TEST(EntryPoints, giveNoObjectBeforeOpening) {
     FakeBus bus;
-    for (const Entry& entry : entries) {
-        EXPECT_EQ(codeOf(entry.call), ZPRUSB_NO_OBJECT) << entry.name;
-        EXPECT_EQ(entry.call(nullptr), 0u) << entry.name;
-    }
+    expectNoObject();
     uint8_t buffer[16] = {0x5A};
     uint32_t length = 16;
     EXPECT_EQ(zprusb_getPrinterInfo(ZPRUSB_INFO_STATUS_BYTES, buffer, &length), 0u);
     EXPECT_EQ(buffer[0], 0x5A);
     EXPECT_EQ(length, 16u);
-    EXPECT_EQ(objectCounts(), std::pair(0, 1));
-    EXPECT_TRUE(bus.calls().empty());
-}
-
-TEST(EntryPoints, giveNoObjectForEachPrinterOfAListUpToItsEnd) {
-    FakeBus bus;
     for (const size_t listed : {0, 3, 128, 200}) {
         Bytes list(200, 7);
         if (listed < 200) list[listed] = ZPRUSB_LIST_END;
-        std::vector<uint16_t> codes(200, 0xABCD);
+        std::vector<uint16_t> codes(200, 0xABCD), expected(200, 0xABCD);
+        std::fill_n(expected.begin(), std::min<size_t>(listed, 128), ZPRUSB_NO_OBJECT);
         EXPECT_EQ(zprusb_statusAll(list.data(), codes.data()), 0u);
-        const auto written = std::count(codes.begin(), codes.end(), ZPRUSB_NO_OBJECT);
-        EXPECT_EQ(static_cast<size_t>(written), std::min<size_t>(listed, 128));
-        EXPECT_EQ(std::count(codes.begin() + written, codes.end(), 0xABCD), 200 - written);
+        EXPECT_EQ(codes, expected);
     }
+    EXPECT_EQ(objectCounts(), std::pair(0, 1));
+    EXPECT_TRUE(bus.calls().empty());
 }
 
 TEST(EntryPoints, selectAndListNothingBeforeOpening) {
@@ -107,13 +91,13 @@ TEST(Threads, areBoundToAsManyObjectsAsThereAreAndNoFurtherOne) {
     checked.wait();
     EXPECT_EQ(objectCounts(), std::pair(100, 100));
     EXPECT_EQ(codeOf(zprusb_open), ZPRUSB_NO_OBJECT);
-    for (const Entry& entry : entries) EXPECT_EQ(codeOf(entry.call), ZPRUSB_NO_OBJECT) << entry.name;
+    expectNoObject();
     leave.countDown();
     threads.clear();
     EXPECT_EQ(objectCounts(), std::pair(0, 1));
 }
 
-TEST_F(OpenPrinters, shareTheOnlyObjectAmongAllThreads) {
+TEST_F(ThreePrinters, shareTheOnlyObjectAmongAllThreads) {
     EXPECT_EQ(codeElsewhere(zprusb_status), ZPRUSB_SUCCESS);
     std::jthread([] {
         EXPECT_EQ(zprusb_selectPrinter(2, nullptr), 2u);
@@ -125,22 +109,7 @@ TEST_F(OpenPrinters, shareTheOnlyObjectAmongAllThreads) {
     EXPECT_EQ(codeOf(zprusb_status), ZPRUSB_SUCCESS);
 }
 
-TEST_F(OpenPrinters, areAskedFourTimesWhileTheyRefuse) {
-    bus[0].answer(getStatus, errorAnswer(0x31));
-    bus[0].answer(getMediaInfo, errorAnswer(0x31));
-    EXPECT_EQ(codeOf(zprusb_status), ZPRUSB_CONDITION_2101);
-    EXPECT_EQ(bus[0].countRequests(getStatus), 4u);
-    EXPECT_EQ(codeOf(zprusb_checkMediaInfo, uint8_t{0xF1}, 15240u, 10160u), ZPRUSB_CONDITION_2101);
-    EXPECT_EQ(bus[0].countRequests(getMediaInfo), 4u);
-    EXPECT_EQ(statusAtOnce(), ZPRUSB_CONDITION_2101);
-    EXPECT_EQ(bus[0].countRequests(getStatus), 5u);
-    bus[0].answer(getStatus, normalAnswer(statusPayload()));
-    for (int refusal = 0; refusal < 3; ++refusal) bus[0].answerOnce(getStatus, errorAnswer(0x31));
-    EXPECT_EQ(codeOf(zprusb_status), ZPRUSB_SUCCESS);
-    EXPECT_EQ(bus[0].countRequests(getStatus), 9u);
-}
-
-TEST_F(OpenPrinters, haveCopiesSetAndPagesEndedWhileAnotherThreadWaitsForAnAnswer) {
+TEST_F(ThreePrinters, haveCopiesSetAndPagesEndedWhileAnotherThreadWaitsForAnAnswer) {
     std::promise<void> answer;
     bus[0].answer(getStatus, [&](const Bytes&) {
         answer.get_future().wait();

@@ -5,10 +5,13 @@
 
 #include "fake_bus.h"
 
-/// A test on printers that the library has open; the first one is selected.
-struct OpenPrinter : testing::Test {
-    explicit OpenPrinter(size_t printers = 1) : bus(printers) { EXPECT_EQ(zprusb_open(nullptr), 1u); }
-    ~OpenPrinter() override { zprusb_close(); }
+/// A test on so many printers that the library has open; the first one is selected.
+template <size_t count>
+struct OpenPrinters : testing::Test {
+    OpenPrinters() { EXPECT_EQ(zprusb_open(nullptr), 1u); }
+    ~OpenPrinters() override { zprusb_close(); }
 
-    FakeBus bus;
+    FakeBus bus{count};
 };
+
+struct OpenPrinter : OpenPrinters<1> {};

@@ -9,8 +9,8 @@ namespace {
 const Bytes statusRequest{0x01, 0x00, 0, 0};
 
 /// On a printer whose media size has been chosen.
-struct Pages : OpenPrinter {
-    Pages() : OpenPrinter(3) { chooseMedia(0); }
+struct Pages : OpenPrinters<3> {
+    Pages() { chooseMedia(0); }
 
     void chooseMedia(uint8_t printer) {
         const Media media{0xF1, 15240, 10160, 0, 0x00012345, {0x1111, 0x2222, 0x3333, 0x4444, 0x5555}};

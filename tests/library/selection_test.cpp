@@ -10,11 +10,10 @@ namespace {
 const char noLabel[ZPRUSB_LABEL_SIZE] = {};
 const char otherLabel[] = "A label of 23 letters..";
 static_assert(sizeof otherLabel == ZPRUSB_LABEL_SIZE + 1);
+const std::string camera = "\\\\?\\usb#vid_1234&pid_5678#camera";
 constexpr uint64_t noId = 0, anyId = ~uint64_t{0};
 
-struct TwoPrinters : OpenPrinter {
-    TwoPrinters() : OpenPrinter(2) {}
-};
+struct TwoPrinters : OpenPrinters<2> {};
 
 uint16_t codeOfLabel(const char* label, const char* selected) {
     uint16_t code = 0xABCD;
@@ -39,7 +38,7 @@ TEST(Enumeration, closesAndLeavesOutEveryDeviceThatIsNoPrinter) {
     const std::string start = "\\\\?\\usb#vid_";
     const struct {
         std::string path;
-        std::optional<uint64_t> handle = {};
+        uint64_t handle = 1;
         bool failPipes = false;
     } devices[] = {
         {start + "1234&pid_0012#x"},
@@ -49,25 +48,24 @@ TEST(Enumeration, closesAndLeavesOutEveryDeviceThatIsNoPrinter) {
         {start + "5a2c&pid_001"},
         {"\\\\?"},
         {""},
-        {start + "5a2c&pid_0012#x" + FakeBus::pathStart, {}, true},
+        {FakeBus::printerPath(9), 1, true},
         {FakeBus::printerPath(9), 128},
         {FakeBus::printerPath(9), uint64_t{1} << 32},
         {FakeBus::printerPath(9), ~uint64_t{1}},
     };
-    for (const auto& device : devices) {
+    for (const auto& [path, handle, failPipes] : devices) {
+        SCOPED_TRACE(path);
         FakeBus bus(1);
-        FakeDevice& added = bus.add(device.path);
-        added.handle = device.handle.value_or(1);
-        added.failPipes = device.failPipes;
+        FakeDevice& added = bus.add(path);
+        added.handle = handle;
+        added.failPipes = failPipes;
         bus.add(FakeBus::printerPath(2));
         EXPECT_EQ(codeOf(zprusb_open), ZPRUSB_SUCCESS);
-        EXPECT_EQ(bus.countCalls("Close " + std::to_string(device.handle.value_or(1))), 1u);
-        EXPECT_EQ(listPrinters(), (Bytes{0, 2})) << device.path;
-        for (const uint8_t printer : Bytes{2, 0}) {
-            EXPECT_EQ(zprusb_selectPrinter(printer, nullptr), printer) << device.path;
-            EXPECT_EQ(codeOf(zprusb_status), ZPRUSB_SUCCESS) << device.path;
-        }
-        EXPECT_EQ(zprusb_selectPrinter(1, nullptr), 255u) << device.path;
+        EXPECT_EQ(bus.countCalls("Close " + std::to_string(handle)), 1u);
+        EXPECT_EQ(listPrinters(), (Bytes{0, 2}));
+        EXPECT_EQ(zprusb_selectPrinter(2, nullptr), 2u);
+        EXPECT_EQ(codeOf(zprusb_status), ZPRUSB_SUCCESS);
+        EXPECT_EQ(zprusb_selectPrinter(1, nullptr), 255u);
         zprusb_close();
     }
 }
@@ -82,17 +80,13 @@ TEST(Enumeration, listsThePrintersByTheirHandlesInTheOrderFound) {
     zprusb_close();
 }
 
-TEST_F(TwoPrinters, areNotLookedAtAgainByTheNextEnumeration) {
-    bus[1].path = "\\\\?\\usb#vid_1234&pid_5678#camera";
+TEST_F(TwoPrinters, stayAsTheyAreDuringAnEnumeration) {
+    EXPECT_EQ(zprusb_selectPrinter(1, nullptr), 1u);
+    EXPECT_EQ(codeOf(zprusb_startpage, nullptr), ZPRUSB_SUCCESS);
+    bus[0].path = camera;
     bus.add(FakeBus::printerPath(2));
     for (int round = 0; round < 3; ++round) EXPECT_EQ(listPrinters(), (Bytes{0, 1}));
     EXPECT_EQ(bus.calls(), (std::vector<std::string>{"Open 0", "Open 1"}));
-}
-
-TEST_F(TwoPrinters, stayReservedAndSelectedDuringAnEnumeration) {
-    EXPECT_EQ(zprusb_selectPrinter(1, nullptr), 1u);
-    EXPECT_EQ(codeOf(zprusb_startpage, nullptr), ZPRUSB_SUCCESS);
-    EXPECT_EQ(listPrinters(), (Bytes{0, 1}));
     EXPECT_EQ(selectedPrinter(), 1u);
     EXPECT_EQ(codeElsewhere(zprusb_status), ZPRUSB_PRINTER_BUSY);
     EXPECT_EQ(codeOf(zprusb_endpage), ZPRUSB_SUCCESS);
@@ -132,10 +126,13 @@ TEST_F(TwoPrinters, areSelectedByNumber) {
 }
 
 TEST_F(TwoPrinters, haveTheSameEmptyLabelAndIdentifierSoThatTheFirstIsSelected) {
+    const api::ObjectUse object(0);
     EXPECT_EQ(codeOfId(anyId, noId), ZPRUSB_SUCCESS);
     for (const auto select :
          {+[] { return codeOfLabel(noLabel, noLabel); }, +[] { return codeOfId(noId, noId); }}) {
         EXPECT_EQ(zprusb_selectPrinter(1, nullptr), 1u);
+        EXPECT_EQ((*object).page.printOption20, 1) << "kept when a printer was selected by its number";
+        (*object).page.printOption20 = 5;
         EXPECT_EQ(codeOfLabel(otherLabel, noLabel), ZPRUSB_NOT_SELECTABLE);
         EXPECT_EQ(codeOfLabel(nullptr, noLabel), ZPRUSB_SUCCESS);
         EXPECT_EQ(codeOfId(0x0102030405060708, noId), ZPRUSB_NOT_SELECTABLE);
@@ -143,12 +140,13 @@ TEST_F(TwoPrinters, haveTheSameEmptyLabelAndIdentifierSoThatTheFirstIsSelected) 
         EXPECT_EQ(selectedPrinter(), 1u);
         EXPECT_EQ(select(), ZPRUSB_SUCCESS);
         EXPECT_EQ(selectedPrinter(), 0u);
+        EXPECT_EQ((*object).page.printOption20, 5);
     }
 }
 
-TEST(Selection, ofTheEmptyLabelOrIdentifierStopsAtAFirstDeviceThatIsNoPrinter) {
+TEST(Selection, stopsAtAFirstDeviceThatIsNoPrinterUnlessItIsByNumber) {
     FakeBus bus(0);
-    bus.add("\\\\?\\usb#vid_1234&pid_5678#camera");
+    bus.add(camera);
     bus.add(FakeBus::printerPath(1));
     EXPECT_EQ(codeOf(zprusb_open), ZPRUSB_SUCCESS);
     EXPECT_EQ(codeOfLabel(nullptr, nullptr), ZPRUSB_NO_PRINTER);
@@ -156,16 +154,9 @@ TEST(Selection, ofTheEmptyLabelOrIdentifierStopsAtAFirstDeviceThatIsNoPrinter) {
     EXPECT_EQ(codeOfId(anyId, anyId), ZPRUSB_NOT_SELECTABLE);
     EXPECT_EQ(codeOfId(noId, anyId), ZPRUSB_NOT_SELECTABLE);
     EXPECT_EQ(selectedPrinter(), 255u);
+    EXPECT_EQ(codeOf(zprusb_status), ZPRUSB_NO_PRINTER);
+    EXPECT_EQ(listPrinters(), Bytes{1});
+    EXPECT_EQ(zprusb_selectPrinter(1, nullptr), 1u);
+    EXPECT_EQ(codeOf(zprusb_status), ZPRUSB_SUCCESS);
     zprusb_close();
-}
-
-TEST_F(TwoPrinters, loseThePrintSettingOfTag20WhenSelectedByNumberAlone) {
-    const api::ObjectUse object(0);
-    (*object).page.printOption20 = 5;
-    zprusb_selectPrinterLbl(noLabel, nullptr);
-    zprusb_selectPrinterId(noId, nullptr);
-    selectedPrinter();
-    EXPECT_EQ((*object).page.printOption20, 5);
-    zprusb_selectPrinter(1, nullptr);
-    EXPECT_EQ((*object).page.printOption20, 1);
 }
