@@ -22,10 +22,6 @@ struct Information : OpenPrinter {
     }
 };
 
-Bytes readEeprom(uint8_t address, uint8_t count) {
-    return {5, 0xC0, 2, 0, address, count};
-}
-
 struct Record {
     uint16_t tag;
     Bytes bytes;
@@ -36,40 +32,49 @@ struct Record {
 const Bytes statusRequest{1, 0, 0, 0};
 
 Record mediaRecord() {
-    Bytes bytes = mediaPayload({{0xF1, 15240, 10160}});
-    bytes.back() = 0;  // the last byte of an entry is not handed out
-    bytes.resize(151);
-    return {0, bytes, {{2, 0, 0, 0}}};
+    Record record{0, mediaPayload({{0xF1, 15240, 10160}}), {{2, 0, 0, 0}}};
+    record.bytes.back() = 0;  // the last byte of an entry is not handed out
+    record.bytes.resize(151);
+    return record;
+}
+
+/// Adds what the printer answers from this start on.
+void append(Record& record, uint8_t start, size_t count, const Bytes& request) {
+    for (const uint8_t byte : countingBytes(count, start)) record.bytes.push_back(byte);
+    record.requests.push_back(request);
 }
 
 Record firmwareRecord() {
     Record record{3, {7}, {}};
-    for (uint8_t component = 1; component <= 7; ++component) {
-        for (const uint8_t byte : countingBytes(38, component)) record.bytes.push_back(byte);
-        record.requests.push_back({3, 0xC0, 1, 0, component});
-    }
+    for (uint8_t component = 1; component <= 7; ++component)
+        append(record, component, 38, {3, 0xC0, 1, 0, component});
     return record;
 }
 
+Record counterRecord() {
+    Record record{4, {}, {}, true};
+    for (const uint8_t address : Bytes{0x60, 0x64, 0xA4, 0x68, 0x6C, 0xF8, 0xFC})
+        append(record, address, 4, {5, 0xC0, 2, 0, address, 4});
+    return record;
+}
+
+Record maintenanceRecord() {
+    Record record{26, {}, {}, true};
+    append(record, 0x20, 8, {5, 0xC0, 2, 0, 0x20, 8});
+    append(record, 0x26, 10, {9, 0xC0, 2, 0, 0, 0});
+    return record;
+}
+
+const Bytes statusBytes{9,    0x99, 0x9A, 0x9B, 0x9C, 0x9D, 0x9E, 0x9F,
+                        0x31, 0xAA, 0xAB, 0xAC, 0xAD, 0xAE, 0xAF, 0x32};
 const Record records[] = {
     mediaRecord(),
     firmwareRecord(),
-    {4,
-     {0x60, 0x61, 0x62, 0x63, 0x64, 0x65, 0x66, 0x67, 0xA4, 0xA5, 0xA6, 0xA7, 0x68, 0x69,
-      0x6A, 0x6B, 0x6C, 0x6D, 0x6E, 0x6F, 0xF8, 0xF9, 0xFA, 0xFB, 0xFC, 0xFD, 0xFE, 0xFF},
-     {readEeprom(0x60, 4), readEeprom(0x64, 4), readEeprom(0xA4, 4), readEeprom(0x68, 4), readEeprom(0x6C, 4),
-      readEeprom(0xF8, 4), readEeprom(0xFC, 4)},
-     true},
+    counterRecord(),
     {7, {6, 11}, {statusRequest}},
-    {16,
-     {9, 0x99, 0x9A, 0x9B, 0x9C, 0x9D, 0x9E, 0x9F, 0x31, 0xAA, 0xAB, 0xAC, 0xAD, 0xAE, 0xAF, 0x32},
-     {statusRequest}},
+    {16, statusBytes, {statusRequest}},
     {25, countingBytes(23, 'A'), {{3, 0x80, 0, 0}}},
-    {26,
-     {0x20, 0x21, 0x22, 0x23, 0x24, 0x25, 0x26, 0x27, 0x26, 0x27, 0x28, 0x29, 0x2A, 0x2B, 0x2C, 0x2D, 0x2E,
-      0x2F},
-     {readEeprom(0x20, 8), {9, 0xC0, 2, 0, 0, 0}},
-     true},
+    maintenanceRecord(),
     {50, countingBytes(61, 0x10), {{4, 0, 0, 0}}},
 };
 
@@ -96,12 +101,11 @@ TEST_F(Information, isHandedOutAsFarAsTheBufferGoes) {
 }
 
 TEST_F(Information, isNotThereForAnUnknownTagOrWithoutALength) {
-    const std::vector<Bytes> fourAttempts(4, statusRequest);
+    uint8_t buffer[400];
     for (const uint16_t tag : std::initializer_list<uint16_t>{1, 2, 5, 24, 255, 256, 0xFFFF}) {
-        for (const bool withBuffer : {false, true}) {
-            uint8_t buffer[400];
+        for (uint8_t* const room : {static_cast<uint8_t*>(nullptr), buffer}) {
             uint32_t length = 400;
-            EXPECT_EQ(requestsOf(tag, withBuffer ? buffer : nullptr, length, 0), fourAttempts) << tag;
+            EXPECT_EQ(requestsOf(tag, room, length, 0), std::vector<Bytes>(4, statusRequest)) << tag;
             EXPECT_EQ(length, 0u);
         }
     }
@@ -136,37 +140,27 @@ TEST_F(Information, isHandedOutWholeAfterAFailedAttempt) {
 }
 
 TEST_F(Information, isReadUnlessTheStatusCheckFindsNoConnection) {
-    const std::pair<Bytes, bool> cases[] = {{errorAnswer(1), false},
-                                            {errorAnswer(5), false},
-                                            {errorAnswer(0x21), true},
-                                            {errorAnswer(0xFF), true},
-                                            {normalAnswer(statusPayload(), otherError), true}};
-    for (const auto& [status, isRead] : cases) {
-        bus[0].answer(getStatus, status);
-        for (const uint16_t tag : std::initializer_list<uint16_t>{4, 25, 26, 50}) {
-            uint8_t buffer[61];
-            uint32_t length = 61;
-            const auto requests = requestsOf(tag, buffer, length, isRead);
-            EXPECT_EQ(length != 0, isRead);
-            EXPECT_EQ(requests == std::vector<Bytes>(4, statusRequest), !isRead);
-        }
+    uint8_t buffer[61];
+    for (const uint8_t error : Bytes{1, 5, 0x21, 0xFF}) {
+        uint32_t length = 61;
+        bus[0].answer(getStatus, errorAnswer(error));
+        EXPECT_EQ(requestsOf(50, buffer, length, error > 5).size(), error > 5 ? 2u : 4u);
+        EXPECT_EQ(length, error > 5 ? 61u : 0u);
     }
 }
 
 TEST_F(Information, ofNoPrinterLeavesTheLengthAlone) {
     device::PrinterObject unselected;
     uint8_t buffer[61];
-    for (const Record& record : records) {
-        uint32_t length = 61;
-        EXPECT_FALSE(printer::getPrinterInfo(unselected, record.tag, buffer, &length));
-        EXPECT_EQ(length, 61u);
-    }
+    uint32_t length = 61;
+    EXPECT_FALSE(printer::getPrinterInfo(unselected, 50, buffer, &length));
+    EXPECT_EQ(length, 61u);
 }
 
 TEST_F(Information, aboutADeviceErrorIsZeroWithoutOne) {
     answerStatus(0x21);
-    uint8_t record[2] = {9, 9};
+    Bytes record{9, 9};
     uint32_t length = 2;
-    EXPECT_EQ(zprusb_getPrinterInfo(7, record, &length), 1u);
-    EXPECT_EQ(Bytes(record, record + 2), (Bytes{0, 0}));
+    EXPECT_EQ(zprusb_getPrinterInfo(7, record.data(), &length), 1u);
+    EXPECT_EQ(record, (Bytes{0, 0}));
 }
