@@ -261,6 +261,7 @@ TEST_F(Operations, joinRawPiecesUntilOneEndsWithZero) {
     } const cases[] = {
         {{{4, 'a', 'b', 'c', 'd'}, {2, 'e', 0}}, 1, 0, {'a', 'b', 'c', 'd', 'e', 0}},
         {{{9, 'a'}, {0}, {1, 0}}, 1, 2600, {'a', 0}},
+        {{{1, 'a', 'b', 'c'}, {1, 0}}, 1, 2600, {'a', 'b', 'c', 0}},
         {{{1, 'a'}, {1, 'b'}}, 0, 2600, {'a', 'b'}},  // then the pipe ends
         {{}, 0, 2600, {}},
         {{Bytes(200, 199), Bytes(62, 61), {1, 0}}, 1, 2600, followedBy(Bytes(199, 199), 260, 61)},

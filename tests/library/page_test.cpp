@@ -119,13 +119,19 @@ TEST_F(Pages, leaveThePrinterFreeWhicheverStepOfTheirStartFails) {
 }
 
 TEST_F(Pages, areWrittenInPiecesOfAtMost4096Bytes) {
-    const Bytes data = countingBytes(4097, 1);
-    const uint32_t none = 0, length = 4097;
+    const Bytes data = countingBytes(12294, 1);
+    for (const uint32_t length : {1u, 4096u, 4097u, 12294u}) {
+        std::vector<Bytes> expected;
+        for (uint32_t offset = 0; offset < length; offset += 4096)
+            expected.emplace_back(data.begin() + offset, data.begin() + std::min(offset + 4096, length));
+        bus[0].forgetPieces();
+        EXPECT_EQ(codeOf(zprusb_write, data.data(), &length), ZPRUSB_SUCCESS);
+        EXPECT_EQ(bus[0].pieces(expected.size()), expected);
+    }
+    const uint32_t none = 0;
     uint16_t code = 0xABCD;
     EXPECT_EQ(zprusb_write(data.data(), &none, &code), 0u);
     EXPECT_EQ(code, 0xABCD);
-    EXPECT_EQ(codeOf(zprusb_write, data.data(), &length), ZPRUSB_SUCCESS);
-    EXPECT_EQ(bus[0].pieces(2), (std::vector<Bytes>{Bytes(data.begin(), data.end() - 1), Bytes{data.back()}}));
 }
 
 TEST_F(Pages, onTwoPrintersEndWithThePrinterThatIsSelected) {

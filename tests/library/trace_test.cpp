@@ -52,6 +52,10 @@ std::string hexOf(uint64_t handle) {
     return text;
 }
 
+std::string entry(const std::string& title, const std::string& dump = "") {
+    return "[T  < " + title + " > ] \n" + dump + "\n";
+}
+
 }  // namespace
 
 TEST_F(Trace, tellsEventsByTheirKind) {
@@ -71,31 +75,22 @@ TEST_F(Trace, tellsEventsByTheirKind) {
 TEST_F(Trace, dumpsTransfersAndHandles) {
     const api::ObjectUse object(api::findThreadSlot());
     const auto& [writer, reader] = std::tie((*object).writer, (*object).reader);
-    const uint8_t bytes[] = {0x07, 0xC0, 0xAB, 0x00};
+    const uint8_t bytes[] = {0xF0, 0xC0, 0xAB, 0x00};
     const uint32_t four = 4, none = 0;
     trace::traceReceive(reader, bytes, &four);
     trace::traceReceive(reader, bytes, &none);
-    trace::traceReceiveHandle(reader, 1);
-    trace::traceReceiveHandle(reader, 2);
+    for (const int kind : {1, 2}) trace::traceReceiveHandle(reader, kind);
     trace::traceSend(writer, bytes, &four);
     for (const int kind : {1, 2, 3}) trace::traceSendHandle(writer, kind, bytes, &four);
     for (const int kind : {1, 2, 3}) trace::traceConnectHandle(kind, uint8_t{0});
     trace::traceConnectHandle(1, -1);
-    const std::string read = hexOf(reader.pipe), write = hexOf(writer.pipe);
-    EXPECT_EQ(take(ofThread),
-              "[T  < Receive Message > ] \n07 C0 AB 00 \n[T  < Receive Message > ] \n\n"
-              "[T  < Recv Command Handle > ] \n" +
-                  read +
-                  "\n[T  < Recv Command Handle > ] \n\n"
-                  "[T  < Send Command > Set Printer Unique String Commnad] \n07 C0 AB 00 \n"
-                  "[T  < Send Command Handle > ] \n" +
-                  write +
-                  "\n[T  < Send Command Handle > ] \n07 C0 AB 00 \n"
-                  "[T  < Send Command Handle > ] \n\n"
-                  "[T  < Connect Read Handle > ] \n" +
-                  read + "\n[T  < Connect Write Handle > ] \n" + write +
-                  "\n\n"
-                  "[T  < Connect Read Handle > ] \nFFFFFFFF\n");
+    const std::string read = hexOf(reader.pipe), write = hexOf(writer.pipe), dump = "F0 C0 AB 00 ";
+    EXPECT_EQ(take(ofThread), entry("Receive Message", dump) + entry("Receive Message") +
+                                  entry("Recv Command Handle", read) + entry("Recv Command Handle") +
+                                  entry("Send Command", dump) + entry("Send Command Handle", write) +
+                                  entry("Send Command Handle", dump) + entry("Send Command Handle") +
+                                  entry("Connect Read Handle", read) + entry("Connect Write Handle", write) +
+                                  "\n" + entry("Connect Read Handle", "FFFFFFFF"));
 }
 
 TEST_F(Trace, namesEveryCommand) {

@@ -25,12 +25,6 @@ struct RequestPipe : TransferPipe {
     RequestPipe() : TransferPipe(makeRequestPipe()) { writer.pipe = ends.libraryEnd; }
     Bytes next() { return receivePiece(ends.testEnd).value_or(Bytes{}); }
 
-    /// Ends the pipe and tells whether all that was written has been received.
-    bool endsHere() {
-        close(ends.libraryEnd);
-        return !receivePiece(ends.testEnd).has_value();
-    }
-
     device::PipeWriter writer;
 };
 

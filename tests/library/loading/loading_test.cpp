@@ -74,16 +74,12 @@ uint16_t open() {
     return test::isLoaded(fs::absolute(folderName / controlFile)) ? 0 : code;
 }
 
+/// The process ends with the library open.
 uint16_t openByRelativePath() {
     connectPrinter();
     const Library library(folderName / libraryFile);
     fs::current_path(fs::temp_directory_path());
     return library.open();
-}
-
-uint16_t endWithTheLibraryOpen() {
-    connectPrinter();
-    return Library(fs::absolute(folderName / libraryFile)).open();
 }
 
 uint16_t unloadTheOpenLibrary() {
@@ -117,7 +113,6 @@ const struct {
     {nullptr, "open-without-control", open, ZPRUSB_NO_CONTROL_LIBRARY},
     {"incomplete", "open-incomplete", open, ZPRUSB_NO_CONTROL_LIBRARY},
     {"complete", "open-relative", openByRelativePath, ZPRUSB_SUCCESS},
-    {"complete", "end-open", endWithTheLibraryOpen, ZPRUSB_SUCCESS},
     {"complete", "unload-open", unloadTheOpenLibrary, ZPRUSB_SUCCESS},
     {"complete", "unload-closed", unloadTheClosedLibrary, ZPRUSB_SUCCESS},
 };
