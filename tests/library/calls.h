@@ -2,12 +2,14 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <zprusb.h>
 
 #include <cstdlib>
 #include <fstream>
+#include <string>
 #include <thread>
 #include <vector>
+
+#include "api/internal.h"
 
 /// Adds a code to those that the tests have produced, when scripts/check-coverage keeps them.
 inline void noteCode(uint16_t code) {
@@ -51,6 +53,18 @@ inline std::vector<uint8_t> listPrinters() {
     for (size_t i = found; i < list.size(); ++i) EXPECT_EQ(list[i], ZPRUSB_LIST_END);
     list.resize(found);
     return list;
+}
+
+inline std::pair<uint32_t, std::string> listLabels() {
+    std::string labels(2944, 'x');
+    const uint32_t found = zprusb_listupPrinterLbl(labels.data());
+    return {found, labels};
+}
+
+inline std::pair<uint32_t, std::vector<uint8_t>> listIds() {
+    std::vector<uint8_t> ids(1024, 0x5A);
+    const uint32_t found = zprusb_listupPrinterId(ids.data());
+    return {found, ids};
 }
 
 /// The selected printer's number, or 255.

@@ -5,6 +5,8 @@
 #include <optional>
 #include <vector>
 
+#include "platform/pipe.h"
+
 using Bytes = std::vector<uint8_t>;
 
 /// Bytes that count up from `start`.
@@ -29,19 +31,27 @@ FakePipe makeAnswerPipe();
 uint64_t openNothing();
 
 /// Waits for the next piece; nothing at the end of the pipe.
-std::optional<Bytes> receivePiece(uint64_t testEnd);
+inline std::optional<Bytes> receivePiece(uint64_t testEnd) {
+    Bytes piece(65536);
+    uint32_t count = 0;
+    if (!platform::readPipe(testEnd, piece.data(), 65536, count) || count == 0) return std::nullopt;
+    piece.resize(count);
+    return piece;
+}
 
 /// Returns whether all was taken.
-bool sendBytes(uint64_t testEnd, const Bytes& bytes);
+inline bool sendBytes(uint64_t end, const Bytes& bytes) {
+    const platform::BrokenPipeGuard guard;
+    uint32_t written = 0;
+    platform::writePipe(end, bytes.data(), static_cast<uint32_t>(bytes.size()), written);
+    return written == bytes.size();
+}
 
 /// Makes both ends' reads and writes fail, the ones that are blocked too.
 void hangUp(uint64_t testEnd);
 
 /// No thread may be using the end.
 void closeEnd(uint64_t end);
-
-/// How many descriptors or handles the process has open.
-uint32_t openHandleCount();
 
 /// Tells the library, once it listens, that the device nodes changed, in the way in which the system does it.
 void reportDeviceChange();

@@ -1,7 +1,6 @@
 #include <atomic>
 #include <future>
 
-#include "api/internal.h"
 #include "calls.h"
 #include "open_printer.h"
 #include "operations.h"
@@ -59,12 +58,8 @@ TEST(EntryPoints, selectAndListNothingBeforeOpening) {
     EXPECT_EQ(zprusb_selectPrinterId(0, &idCode), nullptr);
     for (const uint16_t code : {numberCode, labelCode, idCode}) EXPECT_EQ(code, ZPRUSB_NO_OBJECT);
     EXPECT_EQ(listPrinters(), Bytes{});
-    std::vector<char> labels(2944, 'x');
-    EXPECT_EQ(zprusb_listupPrinterLbl(labels.data()), 0u);
-    EXPECT_EQ(labels, std::vector<char>(2944, 0));
-    Bytes ids(1024, 0x5A);
-    EXPECT_EQ(zprusb_listupPrinterId(ids.data()), 0u);
-    EXPECT_EQ(ids, Bytes(1024, 0xFF));
+    EXPECT_EQ(listLabels(), std::pair(0u, std::string(2944, '\0')));
+    EXPECT_EQ(listIds(), std::pair(0u, Bytes(1024, 0xFF)));
     EXPECT_EQ(objectCounts(), std::pair(1, 1));  // a selection binds its thread
     zprusb_close();
     EXPECT_EQ(objectCounts(), std::pair(0, 1));

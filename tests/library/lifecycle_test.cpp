@@ -1,5 +1,6 @@
 #include "calls.h"
 #include "open_printer.h"
+#include "support/system.h"
 
 TEST(Objects, growInNumberUpToAHundredAndNeverShrink) {
     FakeBus bus;
@@ -51,10 +52,10 @@ TEST_F(OpenPrinter, isNotReleasedWhileAThreadIsBound) {
 TEST(Opening, failsWithoutAPrinterAndLeavesNothing) {
     FakeBus bus(0);
     EXPECT_EQ(codeOf(zprusb_open), ZPRUSB_NO_PRINTER_FOUND);
-    const uint32_t handles = openHandleCount();
+    const unsigned resources = test::resourceCount();
     EXPECT_EQ(zprusb_MakeObject(3), 0u);
     EXPECT_EQ(codeOf(zprusb_open), ZPRUSB_NO_PRINTER_FOUND);
-    EXPECT_LE(openHandleCount(), handles);
+    EXPECT_LE(test::resourceCount(), resources);
     bus.add("\\\\?\\usb#vid_1234&pid_5678#camera");
     EXPECT_EQ(codeOf(zprusb_open), ZPRUSB_NO_PRINTER_FOUND);
     EXPECT_EQ(bus.calls(), (std::vector<std::string>{"Open 0", "Close 0"}));
@@ -67,7 +68,7 @@ TEST(Opening, failsWithoutAPrinterAndLeavesNothing) {
 
 TEST(Opening, mayFollowClosingAnyNumberOfTimes) {
     FakeBus bus(2);
-    uint32_t handles = 0;
+    unsigned resources = 0;
     for (int round = 0; round < 50; ++round) {
         EXPECT_EQ(zprusb_MakeObject(2), 1u);
         if (round % 10 == 0) {
@@ -80,7 +81,7 @@ TEST(Opening, mayFollowClosingAnyNumberOfTimes) {
             zprusb_close();
         }
         EXPECT_EQ(codeOf(zprusb_ReleaseObject), ZPRUSB_SUCCESS);
-        if (round == 10) handles = openHandleCount();
+        if (round == 10) resources = test::resourceCount();
     }
-    EXPECT_LE(openHandleCount(), handles);
+    EXPECT_LE(test::resourceCount(), resources);
 }

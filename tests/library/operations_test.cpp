@@ -1,6 +1,5 @@
 #include "operations.h"
 
-#include "api/internal.h"
 #include "api/object_table.h"
 #include "calls.h"
 #include "open_printer.h"
@@ -269,11 +268,7 @@ TEST_F(Operations, joinRawPiecesUntilOneEndsWithZero) {
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::PrintToString(c.pieces));
         const FakePipe pipe = makeRequestPipe();  // used the other way round: it keeps the pieces apart
-        for (const Bytes& piece : c.pieces) {
-            uint32_t written = 0;
-            ASSERT_TRUE(platform::writePipe(pipe.libraryEnd, piece.data(), static_cast<uint32_t>(piece.size()),
-                                            written));
-        }
+        for (const Bytes& piece : c.pieces) ASSERT_TRUE(sendBytes(pipe.libraryEnd, piece));
         closeEnd(pipe.libraryEnd);
         const api::ObjectUse object(api::findThreadSlot());
         const auto ownPipe = (*object).reader.pipe.exchange(pipe.testEnd);

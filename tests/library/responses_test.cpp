@@ -113,15 +113,6 @@ TEST(Receivers, takeAnAnswerOfAnyLengthAsFarAsItGoes) {
     }
 }
 
-TEST(Receivers, takePayloadsAbove255Bytes) {
-    const Bytes data = countingBytes(290, 3), longer = countingBytes(502, 4);
-    AnswerPipe pipe;
-    pipe.give(normalAnswer(data));
-    EXPECT_EQ(receive(payload, pipe.reader), (Outcome{true, 0, data}));
-    pipe.give(normalAnswer(longer));
-    EXPECT_EQ(receive(countedPayload, pipe.reader), (Outcome{true, 0, longer, 502 - 256}));
-}
-
 TEST(Receivers, failOnEveryErrorAnswerThoughItIsCutAndHandOutNothing) {
     AnswerPipe pipe;
     for (unsigned number = 0; number <= 255; ++number) {

@@ -94,37 +94,29 @@ TEST_F(Trace, dumpsTransfersAndHandles) {
 }
 
 TEST_F(Trace, namesEveryCommand) {
-    const std::map<std::pair<int, int>, std::string> names{
-        {{0x01, 0x40}, "Print Command"},
-        {{0x02, 0x40}, "Print Long Command"},
-        {{0x03, 0x40}, "Flash LED Command"},
-        {{0x04, 0x40}, "Reset Command"},
-        {{0x05, 0x40}, "Read Tone Curve Command"},
-        {{0x06, 0x40}, "Operation Button Command"},
-        {{0x07, 0x40}, "Reset Error Log Command"},
-        {{0x01, 0x00}, "Get Status Command"},
-        {{0x02, 0x00}, "Get Media Information Command"},
-        {{0x03, 0x00}, "Get Model Name Command"},
-        {{0x04, 0x00}, "Get Error Log Command"},
-        {{0x01, 0xC0}, "Self-diagnosis execution Command"},
-        {{0x02, 0xC0}, "Batch Self-diagnosis Result acquisition Command"},
-        {{0x03, 0xC0}, "Get Firmware Information Command"},
-        {{0x04, 0xC0}, "Update Command"},
-        {{0x05, 0xC0}, "Get EEPROM Maintenance Command"},
-        {{0x06, 0xC0}, "Set EEPROM Maintenance Command"},
-        {{0x07, 0xC0}, "Set Printer Unique String Commnad"},
-        {{0x01, 0x80}, "USB firmware download command"},
-        {{0x02, 0x80}, "Maintenance Permission Command"},
-        {{0x03, 0x80}, "Get Printer Unique String Commnad"},
-        {{0xFF, 0xC0}, "Universal Command"},
+    const std::map<uint8_t, std::vector<std::string>> names{
+        {0x00,
+         {"", "Get Status Command", "Get Media Information Command", "Get Model Name Command",
+          "Get Error Log Command"}},
+        {0x40,
+         {"", "Print Command", "Print Long Command", "Flash LED Command", "Reset Command",
+          "Read Tone Curve Command", "Operation Button Command", "Reset Error Log Command"}},
+        {0x80,
+         {"", "USB firmware download command", "Maintenance Permission Command",
+          "Get Printer Unique String Commnad"}},
+        {0xC0,
+         {"", "Self-diagnosis execution Command", "Batch Self-diagnosis Result acquisition Command",
+          "Get Firmware Information Command", "Update Command", "Get EEPROM Maintenance Command",
+          "Set EEPROM Maintenance Command", "Set Printer Unique String Commnad"}},
+        {0xFF, {}},
     };
     const uint32_t two = 2;
-    for (const int commandClass : {0x00, 0x40, 0x80, 0xC0, 0xFF}) {
-        for (const int commandNo : {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 0xFF}) {
-            const uint8_t frame[] = {static_cast<uint8_t>(commandNo), static_cast<uint8_t>(commandClass)};
+    for (const auto& [commandClass, ofClass] : names) {
+        for (const uint8_t number : Bytes{0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 0xFF}) {
+            std::string name = number < ofClass.size() ? ofClass[number] : "";
+            if (number == 0xFF && commandClass == 0xC0) name = "Universal Command";
+            const uint8_t frame[] = {number, commandClass};
             trace::traceSend({}, frame, &two);
-            const auto row = names.find({commandNo, commandClass});
-            const std::string name = row != names.end() ? row->second : "";
             EXPECT_TRUE(take(ofThread).starts_with("[T  < Send Command > " + name + "] \n")) << name;
         }
     }

@@ -34,11 +34,12 @@ struct Library {
         return code;
     }
     void close() const { function<decltype(zprusb_close)>("zprusb_close")(); }
-    void unload() const { platform::unloadModule(module); }
 
     platform::ModuleHandle module;
 };
 
+const std::string printerPath =
+    "\\\\?\\usb#vid_5a2c&pid_0012#loading-" + std::to_string(platform::currentThreadId());
 Latch deviceChecked{1};
 
 /// One printer, to which nothing is sent.
@@ -46,9 +47,7 @@ const FakeControlFunctions idlePrinter{
     [](uint32_t deviceNumber) { return deviceNumber == 0 ? 0 : ~uint64_t{0}; },
     [](uint64_t) {},
     [](uint64_t, char* name) {
-        std::strcpy(
-            name,
-            ("\\\\?\\usb#vid_5a2c&pid_0012#loading-" + std::to_string(platform::currentThreadId())).c_str());
+        std::strcpy(name, printerPath.c_str());
         return uint32_t{1};
     },
     [](uint64_t, uint8_t pipeNumber) { return uint64_t{1000} + pipeNumber; },
@@ -86,7 +85,7 @@ uint16_t unloadTheOpenLibrary() {
     connectPrinter();
     const Library library(fs::absolute(folderName / libraryFile));
     const uint16_t code = library.open();
-    library.unload();
+    platform::unloadModule(library.module);
     reportDeviceChange();
     deviceChecked.wait();  // by the library's thread, in what is left of it
     return code;
@@ -99,7 +98,7 @@ uint16_t unloadTheClosedLibrary() {
         const Library library(fs::absolute(folderName / libraryFile));
         code = library.open();
         library.close();
-        library.unload();
+        platform::unloadModule(library.module);
     }
     return code;
 }

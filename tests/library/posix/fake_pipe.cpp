@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <filesystem>
 #include <string>
 
 namespace {
@@ -32,30 +31,12 @@ uint64_t openNothing() {
     return static_cast<uint64_t>(open("/dev/null", O_RDONLY | O_CLOEXEC));
 }
 
-std::optional<Bytes> receivePiece(uint64_t testEnd) {
-    Bytes piece(65536);
-    const ssize_t count = recv(static_cast<int>(testEnd), piece.data(), piece.size(), 0);
-    if (count <= 0) return std::nullopt;
-    piece.resize(static_cast<size_t>(count));
-    return piece;
-}
-
-bool sendBytes(uint64_t testEnd, const Bytes& bytes) {
-    return send(static_cast<int>(testEnd), bytes.data(), bytes.size(), MSG_NOSIGNAL) ==
-           static_cast<ssize_t>(bytes.size());
-}
-
 void hangUp(uint64_t testEnd) {
     shutdown(static_cast<int>(testEnd), SHUT_RDWR);
 }
 
 void closeEnd(uint64_t end) {
     close(static_cast<int>(end));
-}
-
-uint32_t openHandleCount() {
-    using Iterator = std::filesystem::directory_iterator;
-    return static_cast<uint32_t>(std::distance(Iterator("/proc/self/fd"), Iterator()));
 }
 
 void reportDeviceChange() {

@@ -58,34 +58,12 @@ uint64_t openNothing() {
     return asNumber(CreateFileA("NUL", GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
 }
 
-std::optional<Bytes> receivePiece(uint64_t testEnd) {
-    Bytes piece(65536);
-    DWORD count = 0;
-    if (!ReadFile(asHandle(testEnd), piece.data(), static_cast<DWORD>(piece.size()), &count, nullptr)) {
-        return std::nullopt;
-    }
-    piece.resize(count);
-    return piece;
-}
-
-bool sendBytes(uint64_t testEnd, const Bytes& bytes) {
-    DWORD written = 0;
-    return WriteFile(asHandle(testEnd), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) &&
-           written == bytes.size();
-}
-
 void hangUp(uint64_t testEnd) {
     DisconnectNamedPipe(asHandle(testEnd));
 }
 
 void closeEnd(uint64_t end) {
     CloseHandle(asHandle(end));
-}
-
-uint32_t openHandleCount() {
-    DWORD count = 0;
-    GetProcessHandleCount(GetCurrentProcess(), &count);
-    return count;
 }
 
 void reportDeviceChange() {
