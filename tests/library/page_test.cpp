@@ -31,16 +31,6 @@ Bytes printRequest(uint8_t job, uint16_t copies) {
 
 }  // namespace
 
-TEST_F(Pages, startWithFourLooksAtTheStatusAndThePageCommand) {
-    uint16_t pageId = 0;
-    EXPECT_EQ(codeOf(zprusb_startpage, &pageId), ZPRUSB_SUCCESS);
-    EXPECT_EQ(pageId, 8);
-    EXPECT_EQ(codeOf(zprusb_endpage), ZPRUSB_SUCCESS);
-    std::vector<Bytes> expected(4, statusRequest);
-    expected.push_back(printRequest(8, 1));
-    EXPECT_EQ(bus[0].pieces(), expected);
-}
-
 TEST_F(Pages, ofGreatLengthNameTheirSectionAndItsSize) {
     for (uint8_t section = 0; section <= 5; ++section) {
         const auto part = static_cast<uint8_t>(0x11 * section);
@@ -64,7 +54,7 @@ TEST_F(Pages, ofGreatLengthNameTheirSectionAndItsSize) {
     EXPECT_TRUE(bus[0].pieces().empty());
 }
 
-TEST_F(Pages, getTheJobNumberAfterThePrintersLastOne) {
+TEST_F(Pages, startWithFourLooksAtTheStatusAndTheJobNumberAfterThePrintersLastOne) {
     const uint8_t numbers[][3] = {{0, 7, 8}, {0, 0, 1}, {0, 254, 255}, {0, 255, 1}, {2, 7, 8}, {2, 255, 1}};
     for (const auto& [printer, last, next] : numbers) {
         chooseMedia(printer);
@@ -73,7 +63,9 @@ TEST_F(Pages, getTheJobNumberAfterThePrintersLastOne) {
         EXPECT_EQ(codeOf(zprusb_startpage, &pageId), ZPRUSB_SUCCESS);
         EXPECT_EQ(pageId, printer * 256 + next);
         EXPECT_EQ(codeOf(zprusb_endpage), ZPRUSB_SUCCESS);
-        EXPECT_EQ(bus[printer].pieces().back(), printRequest(next, 1));
+        std::vector<Bytes> expected(4, statusRequest);
+        expected.push_back(printRequest(next, 1));
+        EXPECT_EQ(bus[printer].pieces(), expected);
     }
 }
 
@@ -90,13 +82,9 @@ TEST_F(Pages, haveOneTo999CopiesUntilTheyEnd) {
 
 TEST_F(Pages, doNotStartWhileTheStatusAsksToWait) {
     bus[0].answer(getStatus, normalAnswer(statusPayload(7, 1)));
-    for (const auto start :
-         {zprusb_startpage, +[](uint16_t*id, uint16_t*code) { return zprusb_startpagelong(id, 0, code); }}) {
-        bus[0].forgetPieces();
-        EXPECT_EQ(codeOf(start, nullptr), ZPRUSB_CONDITION_2100);
-        EXPECT_EQ(bus[0].pieces(), std::vector<Bytes>(4 * 4, statusRequest));
-        EXPECT_TRUE(isFree());
-    }
+    EXPECT_EQ(codeOf(zprusb_startpage, nullptr), ZPRUSB_CONDITION_2100);
+    EXPECT_EQ(bus[0].pieces(), std::vector<Bytes>(4 * 4, statusRequest));
+    EXPECT_TRUE(isFree());
 }
 
 TEST_F(Pages, leaveThePrinterFreeWhicheverStepOfTheirStartFails) {
@@ -162,17 +150,10 @@ TEST_F(Pages, endWithACommunicationFailureWhenThePrinterVanishes) {
     EXPECT_EQ(codeOf(zprusb_endpage), ZPRUSB_SUCCESS);
 }
 
-TEST_F(Pages, areNotEndedByAnotherThread) {
-    EXPECT_EQ(codeOf(zprusb_startpage, nullptr), ZPRUSB_SUCCESS);
-    EXPECT_EQ(codeElsewhere(zprusb_endpage), ZPRUSB_SUCCESS);
-    EXPECT_FALSE(isFree());
-    EXPECT_EQ(codeOf(zprusb_endpage), ZPRUSB_SUCCESS);
-    EXPECT_TRUE(isFree());
-}
-
-TEST_F(Pages, thatAreStartedTwiceAreEndedTwice) {
+TEST_F(Pages, thatAreStartedTwiceAreEndedTwiceByTheirOwnThread) {
     bus[0].answerOnce(print, errorAnswer(0x31));  // the attempt that fails leaves nothing to be ended
     for (int start = 0; start < 2; ++start) EXPECT_EQ(codeOf(zprusb_startpage, nullptr), ZPRUSB_SUCCESS);
+    EXPECT_EQ(codeElsewhere(zprusb_endpage), ZPRUSB_SUCCESS);
     for (const bool free : {false, true, true}) {
         EXPECT_EQ(codeOf(zprusb_endpage), ZPRUSB_SUCCESS);
         EXPECT_EQ(isFree(), free);

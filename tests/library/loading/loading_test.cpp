@@ -116,27 +116,15 @@ const struct {
     {"complete", "unload-closed", unloadTheClosedLibrary, ZPRUSB_SUCCESS},
 };
 
-/// A folder with the library in it.
-struct Loading : testing::Test {
-    Loading() {
-        fs::create_directories(top / folderName);
-        fs::copy_file(parts / libraryFile, top / folderName / libraryFile);
-        fs::current_path(top);
-    }
-    ~Loading() override {
-        fs::current_path(parts);
-        fs::remove_all(top);
-        test::removeMutex("usb#vid_5a2c&pid_0012#loading");
-    }
+}  // namespace
 
+TEST(Loading, worksOrFailsByTheControlLibraryOfTheFolderAndEndsWellInWhateverState) {
     const fs::path parts = test::ownProgram().parent_path();
     const fs::path top =
         fs::temp_directory_path() / ("zprusb loading " + std::to_string(platform::currentThreadId()));
-};
-
-}  // namespace
-
-TEST_F(Loading, worksOrFailsByTheControlLibraryOfTheFolderAndEndsWellInWhateverState) {
+    fs::create_directories(top / folderName);
+    fs::copy_file(parts / libraryFile, top / folderName / libraryFile);
+    fs::current_path(top);
     for (const auto& [control, name, role, code] : cases) {
         const fs::path place = top / folderName / controlFile;
         if (control != nullptr)
@@ -146,6 +134,9 @@ TEST_F(Loading, worksOrFailsByTheControlLibraryOfTheFolderAndEndsWellInWhateverS
         noteCode(code);
         EXPECT_TRUE(process.endedWell()) << name;
     }
+    fs::current_path(parts);
+    fs::remove_all(top);
+    test::removeMutex("usb#vid_5a2c&pid_0012#loading");
 }
 
 int main(int argc, char** argv) {
