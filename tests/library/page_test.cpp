@@ -54,6 +54,14 @@ TEST_F(Pages, ofGreatLengthNameTheirSectionAndItsSize) {
     EXPECT_TRUE(bus[0].pieces().empty());
 }
 
+TEST_F(Pages, ofGreatLengthEndWithASectionThatFails) {
+    bus[0].answerOnce(printLong, normalAnswer({}));
+    bus[0].answer(printLong, errorAnswer(0x31));
+    EXPECT_EQ(codeOf(zprusb_startpagelong, nullptr, uint8_t{0}), ZPRUSB_SUCCESS);
+    EXPECT_EQ(codeOf(zprusb_startpagelong, nullptr, uint8_t{1}), ZPRUSB_CONDITION_2101);
+    EXPECT_TRUE(isFree());
+}
+
 TEST_F(Pages, startWithFourLooksAtTheStatusAndTheJobNumberAfterThePrintersLastOne) {
     const uint8_t numbers[][3] = {{0, 7, 8}, {0, 0, 1}, {0, 254, 255}, {0, 255, 1}, {2, 7, 8}, {2, 255, 1}};
     for (const auto& [printer, last, next] : numbers) {
