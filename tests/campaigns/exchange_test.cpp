@@ -1,4 +1,5 @@
 // Every exchange of every operation fails in every way, one after another.
+#include <algorithm>
 #include <iostream>
 #include <vector>
 
@@ -37,16 +38,23 @@ uint32_t printAfterCheck(uint16_t* code) {
 }
 
 #define GET_INFO(tag, name, size, content) {"information " #name, getInfo<tag, size>},
-const Walked others[] = {ZPRUSB_INFO_TAGS(GET_INFO){"status", zprusb_status},
-                         {"media check", checkMedia},
-                         {"page", printAfterCheck}};
+const Walked others[] = {ZPRUSB_INFO_TAGS(GET_INFO){"media check", checkMedia}, {"page", printAfterCheck}};
 
-/// All operations that end well with a simulated printer and leave no answer behind.
+/// Those that don't end well with a simulated printer, or leave an answer behind.
+constexpr const char* left[] = {"zprusb_checkMediaInfo", "zprusb_write", "zprusb_selfDiagnosisData"};
+
+/// Those whose answer is awaited without a limit.
+constexpr const char* unlimited[] = {"zprusb_universalCommand", "zprusb_transferRaw", "zprusb_cmd"};
+
+/// Whether a name starts with one of these.
+bool isOneOf(const auto& starts, const std::string& name) {
+    return std::ranges::any_of(starts, [&](const char* start) { return name.starts_with(start); });
+}
+
 std::vector<Walked> walkedOperations() {
     std::vector<Walked> walked(std::begin(others), std::end(others));
     for (const Operation& operation : operations) {
-        const std::string name = operation.name;
-        if (name != "writeRaw" && name != "selfDiagnosisData") walked.push_back({name, operation.call});
+        if (!isOneOf(left, operation.name)) walked.push_back({operation.name, operation.call});
     }
     return walked;
 }
@@ -58,13 +66,11 @@ struct Exchange {
 
     /// An operation that misses the acknowledgement asks anew, and the printer takes that for data.
     bool makesThePrinterWaitForData() const {
-        return number == count && (operation.name == "page" || operation.name == "setToneCurve");
+        return number == count &&
+               (operation.name == "page" || operation.name.starts_with("zprusb_setToneCurve(2"));
     }
 
-    bool isReadWithoutLimit() const {
-        const std::string& name = operation.name;
-        return name == "universalCommand" || name == "transferRaw" || name.starts_with("cmd");
-    }
+    bool isReadWithoutLimit() const { return isOneOf(unlimited, operation.name); }
 
     /// Lets it fail in each attempt at the operation.
     /// @return the operation's code.

@@ -42,10 +42,11 @@ TEST_F(PluggedPrinters, areDeselectedAndClosedWhenTheyAreUnplugged) {
         EXPECT_EQ(codeOf(operation.call), expected) << operation.name;
     }
     EXPECT_EQ(codeOf(zprusb_openForUpdate, 0u), ZPRUSB_SUCCESS);
-    uint32_t sent = length;
+    const uint8_t data = 1;
+    uint32_t length = 1;
     EXPECT_EQ(codeOf(zprusb_checkUpdateTarget), ZPRUSB_NO_PRINTER);
     EXPECT_EQ(codeOf(zprusb_startUpdate, uint8_t{1}, 0u, length), ZPRUSB_NO_PRINTER);
-    EXPECT_EQ(codeOf(zprusb_writeUpdateData, &data, &sent), ZPRUSB_NO_PRINTER);
+    EXPECT_EQ(codeOf(zprusb_writeUpdateData, &data, &length), ZPRUSB_NO_PRINTER);
     expectPipesClosed(0, 1);
     EXPECT_EQ(listPrinters(), Bytes{1});
     EXPECT_EQ(zprusb_selectPrinter(1, nullptr), 1u);

@@ -8,6 +8,7 @@
 #include <fstream>
 #include <string>
 
+#include "calls.h"
 #include "fake_pipe.h"
 #include "firmware/srecord_file.h"
 #include "platform/thread.h"
@@ -42,6 +43,7 @@ private:
 struct FirmwareRead {
     explicit FirmwareRead(firmware::SRecordJob wanted) : job(wanted), code(firmware::readSRecordFile(job)) {
         EXPECT_EQ(job.image != nullptr, code == 0 && job.scanOnly == 0);
+        noteCode(code);
         if (job.image != nullptr) image.assign(job.image, job.image + job.imageLength);
         std::free(job.image);
     }

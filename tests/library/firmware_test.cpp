@@ -170,9 +170,7 @@ TEST_F(FirmwareFile, isAFileThatCanBeRead) {
 
 namespace {
 
-struct FirmwareUpdate : OpenPrinter, FirmwareFolder {
-    FirmwareUpdate() : OpenPrinter(2) {}
-
+struct FirmwareUpdate : OpenPrinters<2>, FirmwareFolder {
     /// @return the start address, or the code of a failure.
     uint32_t load(const std::string& text) {
         uint32_t length = 1, sum = 1, start = 1, end = 1;
