@@ -22,8 +22,8 @@ TEST_F(Boundaries, allowAnyNumberOfOpeningsAndPagesOnAllPrinters) {
             EXPECT_EQ(zprusb_selectPrinter(printer, nullptr), printer);
             EXPECT_EQ(printPage(1, &code), 1u) << code;
         }
+        zprusb_close();
         if (opening <= 1) resources = test::resourceCount();
         EXPECT_TRUE(resourcesFallTo(resources));
-        zprusb_close();
     }
 }

@@ -109,6 +109,7 @@ TEST_F(TwoPrinters, areSelectedByNumber) {
         uint16_t code = 0xABCD;
         EXPECT_EQ(zprusb_selectPrinter(step.number, &code), step.selected);
         EXPECT_EQ(code, step.code);
+        noteCode(code);
     }
 }
 
