@@ -1,5 +1,6 @@
 // Many of everything.
 #include "campaign.h"
+#include "device/transport.h"
 #include "support/system.h"
 
 namespace {
@@ -24,6 +25,7 @@ TEST_F(Boundaries, allowAnyNumberOfOpeningsAndPagesOnAllPrinters) {
         }
         zprusb_close();
         if (opening <= 1) resources = test::resourceCount();
-        EXPECT_TRUE(resourcesFallTo(resources));
+        // A pipe stays open for good when a busy machine has let an exchange time out.
+        EXPECT_TRUE(resourcesFallTo(resources + (device::readPipeAbandoned ? 1 : 0)));
     }
 }

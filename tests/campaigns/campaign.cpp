@@ -54,7 +54,7 @@ void connectPrinters(unsigned count, const fs::path& folder) {
     const std::u8string output = folder.u8string();
     const Json configuration{{"printers", printers},
                              {"output", std::string(output.begin(), output.end())},
-                             {"dataTimeoutSeconds", 30}};
+                             {"dataTimeoutSeconds", 3600}};
     char error[ZPRUSBSIM_ERROR_SIZE] = "";
     EXPECT_EQ(zprusbsim_configure(configuration.dump().c_str(), error, sizeof error), 1u) << error;
 }
