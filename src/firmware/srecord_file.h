@@ -36,7 +36,8 @@ struct SRecordJob {
 };
 
 /// @return 0; 1000; 1005 a file can't be read or written, or ends within a record; 3001; 3002; 3003 a record
-///         that is not inside the range. After one of the records failed, an output file that was made is empty.
+///         that is not inside the range. After one of the records failed, an output file that was made is
+///         empty.
 uint16_t readSRecordFile(SRecordJob& job);
 
 /// The negated sum of the words' one's complements; an odd last byte takes no part.
