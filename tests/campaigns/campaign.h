@@ -25,7 +25,7 @@ uint32_t printPage(uint8_t author, uint16_t* code);
 bool isDocumented(uint16_t code);
 
 /// Whether the process gets down to so many files and threads. A thread that has ended may be a moment in the
-/// system's books yet.
+/// system's books yet, and the system has one or two of its own that come and go.
 bool resourcesFallTo(unsigned count);
 
 /// Makes so many new printers, all closed, that print into the folder. Their names come from the folder's, so
