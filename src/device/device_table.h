@@ -7,15 +7,16 @@
 namespace device {
 
 /// Guarded by the ApiLock, but for what the entry points without that lock read: that is atomic or guarded by
-/// `deviceTableLock`.
+/// `deviceTableLock`. All zero until the first opening resets the table, before which nothing looks at it: so
+/// the table takes no room in the library's file.
 struct DeviceEntry {
-    std::atomic<DeviceHandle> handle{noDevice};
+    std::atomic<DeviceHandle> handle{0};
     platform::NamedMutex* mutex = nullptr;  // guarded by deviceTableLock for writing and for others' reading
     std::atomic<uint32_t> vendorProduct{0};
     PrinterId printerId{};
     PrinterLabel printerLabel{};
-    platform::PipeHandle writePipe = platform::noPipe;
-    platform::PipeHandle readPipe = platform::noPipe;
+    platform::PipeHandle writePipe = 0;
+    platform::PipeHandle readPipe = 0;
 };
 
 inline constinit std::array<DeviceEntry, deviceCount> deviceTable{};
