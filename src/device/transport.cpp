@@ -93,15 +93,9 @@ bool directWrite(PipeWriter& writer, const uint8_t* bytes, uint32_t length, uint
 }
 
 bool directWriteInChunks(PipeWriter& writer, const uint8_t* bytes, uint32_t length, uint16_t* resultCode) {
+    if (length == 0) return false;
     platform::BrokenPipeGuard guard;
-    bool success = false;
-    for (uint32_t offset = 0; offset != length;) {
-        const uint32_t chunk = std::min(chunkSize, length - offset);
-        success = writeOnce(writer, bytes + offset, chunk, resultCode);
-        if (!success) break;
-        offset += chunk;
-    }
-    return success;
+    return finish(platform::writePipeInPieces(writer.pipe, bytes, length, chunkSize), resultCode);
 }
 
 bool directRead(PipeReader& reader, uint8_t* destination, uint32_t& count, uint16_t* resultCode) {

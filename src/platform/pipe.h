@@ -31,6 +31,11 @@ private:
 /// @return whether the system took any bytes, or reported no error.
 bool writePipe(PipeHandle pipe, const uint8_t* bytes, uint32_t length, uint32_t& written);
 
+/// The same in pieces, each a write of its own, until one of them moves nothing. A loop here, since each call
+/// between a caller and the system costs several percent of a write of bulk data.
+/// @return whether every piece moved something.
+bool writePipeInPieces(PipeHandle pipe, const uint8_t* bytes, uint32_t length, uint32_t pieceSize);
+
 /// Reads what is there, at least one byte unless the pipe is at its end, at most `capacity` bytes.
 /// @param count receives the number of bytes read, 0 at the end of the pipe or after a failure.
 /// @return whether the system read without an error. A pipe whose writer is gone is at its end for POSIX

@@ -29,7 +29,8 @@ bool waitForThread(Thread* thread, uint32_t milliseconds);
 ///         it is left behind for ever, and its argument with it. Nobody may touch or free that any more.
 bool endThreadByForce(Thread* thread);
 
-/// Gives up the caller's side of the thread, which goes on if it has not ended.
+/// Gives up the caller's side of the thread. One that has not ended goes on; on Linux its stack is never used
+/// again.
 void closeThread(Thread* thread);
 
 /// Whether endThreadByForce() has ever left a thread of this process behind. Code that such a thread may

@@ -1,7 +1,6 @@
 #include "deadline.h"
 
 #include <cerrno>
-#include <ctime>
 
 #include "platform/thread.h"
 
@@ -12,11 +11,11 @@ namespace {
 constexpr int64_t nanosecondsPerSecond = 1'000'000'000;
 constexpr int64_t nanosecondsPerMillisecond = 1'000'000;
 
+}  // namespace
+
 timespec toTimespec(Moment moment) {
     return {moment / nanosecondsPerSecond, moment % nanosecondsPerSecond};
 }
-
-}  // namespace
 
 Moment now() {
     timespec time;

@@ -4,6 +4,7 @@
 #include <pthread.h>
 
 #include <cstdint>
+#include <ctime>
 
 namespace platform {
 
@@ -14,6 +15,8 @@ Moment now();
 
 /// @param milliseconds `forever` of platform/thread.h gives `never`.
 Moment after(uint32_t milliseconds);
+
+timespec toTimespec(Moment moment);
 
 /// Goes on sleeping when a signal interrupts it.
 void sleepUntil(Moment moment);

@@ -85,10 +85,10 @@ bool setLock(int descriptor, short type) {
     return result == 0;
 }
 
+// It has one name for as long as nobody removes or replaces it.
 bool isStillNamed(const LockFile& file) {
-    struct stat opened, named;
-    return fstat(file.descriptor, &opened) == 0 && stat(file.path, &named) == 0 &&
-           opened.st_ino == named.st_ino && opened.st_dev == named.st_dev;
+    struct stat opened;
+    return fstat(file.descriptor, &opened) == 0 && opened.st_nlink > 0;
 }
 
 LockAttempt markOwned(const LockFile& file) {

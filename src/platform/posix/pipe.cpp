@@ -5,6 +5,7 @@
 #include <signal.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <ctime>
@@ -54,6 +55,18 @@ bool mayTryAgain(int descriptor, short event) {
     return true;
 }
 
+// Goes on after a write that took less than it was given. Apart, so that a write that took all is quick.
+[[gnu::noinline]] bool writeOn(int descriptor, const uint8_t* bytes, uint32_t length, ssize_t count,
+                               uint32_t& written) {
+    while (count != 0) {
+        if (count > 0) written += static_cast<uint32_t>(count);
+        if (written == length) break;
+        if (count < 0 && !mayTryAgain(descriptor, POLLOUT)) return written > 0;
+        count = write(descriptor, bytes + written, length - written);
+    }
+    return true;
+}
+
 }  // namespace
 
 BrokenPipeGuard::BrokenPipeGuard() {
@@ -74,19 +87,24 @@ bool writePipe(PipeHandle pipe, const uint8_t* bytes, uint32_t length, uint32_t&
     written = 0;
     if (!isDescriptor(pipe)) return false;
     const int descriptor = static_cast<int>(pipe);
-    uint32_t done = 0;
-    bool failed = false;
-    while (done < length && !failed) {
-        const ssize_t count = write(descriptor, bytes + done, length - done);
-        if (count == 0) break;
-        if (count > 0) {
-            done += static_cast<uint32_t>(count);
-        } else {
-            failed = !mayTryAgain(descriptor, POLLOUT);
-        }
+    const ssize_t count = write(descriptor, bytes, length);
+    if (count != length) return writeOn(descriptor, bytes, length, count, written);
+    written = length;
+    return true;
+}
+
+bool writePipeInPieces(PipeHandle pipe, const uint8_t* bytes, uint32_t length, uint32_t pieceSize) {
+    if (!isDescriptor(pipe)) return false;
+    const int descriptor = static_cast<int>(pipe);
+    while (length > 0) {
+        const uint32_t piece = std::min(pieceSize, length);
+        const ssize_t count = write(descriptor, bytes, piece);
+        uint32_t written = 0;
+        if (count != piece && !(writeOn(descriptor, bytes, piece, count, written) && written > 0)) return false;
+        bytes += piece;
+        length -= piece;
     }
-    written = done;
-    return done > 0 || !failed;
+    return true;
 }
 
 bool readPipe(PipeHandle pipe, uint8_t* bytes, uint32_t capacity, uint32_t& count) {

@@ -2,24 +2,25 @@
 
 #include <pthread.h>
 #include <signal.h>
+#include <sys/mman.h>
 #include <unistd.h>
 
 #include <atomic>
+#include <new>
 
 #include "deadline.h"
-#include "platform/memory.h"
 
 namespace platform {
 
-struct Thread {
-    void (*body)(void* argument);
-    void* argument;
+// Stands at the top of its thread's stack. When the thread has ended, both are the next one's; a thread that is
+// left behind, or closed while it runs, keeps them for ever.
+struct alignas(64) Thread {
+    char* stack;  // its lowest byte
+    pthread_attr_t attributes{};
     pthread_t id{};
-    pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
-    pthread_cond_t ended{};
-    bool bodyEnded = false;     // guarded by mutex
-    bool joinedOrLeft = false;  // the owner's: the system needs no more join or detach
-    std::atomic<int> sides{2};  // the owner and the thread itself; the last one frees the record
+    void (*body)(void* argument) = nullptr;
+    void* argument = nullptr;
+    bool ended = false;
 };
 
 namespace {
@@ -28,97 +29,91 @@ constexpr uint32_t cancelLimit = 1000;  // ms
 
 std::atomic<bool> leftBehind{false};
 
-void giveUpSide(Thread* thread) {
-    if (thread->sides.fetch_sub(1, std::memory_order_acq_rel) > 1) return;
-    pthread_cond_destroy(&thread->ended);
-    destroy(thread);
+// A stack that is kept: the system would give its pages back after each transfer, to be filled anew for the
+// next.
+std::atomic<Thread*> spare{nullptr};
+
+size_t defaultStackSize() {
+    size_t size = 0;
+    pthread_attr_t attributes;
+    pthread_attr_init(&attributes);
+    pthread_attr_getstacksize(&attributes, &size);
+    pthread_attr_destroy(&attributes);
+    return size;
 }
 
-void markEnded(Thread& thread) {
-    pthread_mutex_lock(&thread.mutex);
-    thread.bodyEnded = true;
-    pthread_cond_broadcast(&thread.ended);
-    pthread_mutex_unlock(&thread.mutex);
-}
-
-// A cancellation unwinds this frame without running anything in it. That is why it must not come while the
-// record is put in order.
-void* run(void* record) {
-    auto* thread = static_cast<Thread*>(record);
-    thread->body(thread->argument);
-    pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, nullptr);
-    markEnded(*thread);
-    giveUpSide(thread);
-    return nullptr;
-}
-
-// The new thread inherits the mask, so there is no moment in which it would take a signal.
-bool createWithSignalsBlocked(Thread& thread) {
-    sigset_t all, former;
+Thread* makeStack() {
+    const size_t size = defaultStackSize();
+    const auto guardSize = static_cast<size_t>(sysconf(_SC_PAGESIZE));
+    void* memory = mmap(nullptr, size, PROT_READ | PROT_WRITE,
+                        MAP_PRIVATE | MAP_ANONYMOUS | MAP_STACK | MAP_NORESERVE, -1, 0);
+    if (memory == MAP_FAILED) return nullptr;
+    auto* stack = static_cast<char*>(memory);
+    mprotect(stack, guardSize, PROT_NONE);
+    auto* thread = new (stack + size - sizeof(Thread)) Thread{stack};
+    pthread_attr_init(&thread->attributes);
+    pthread_attr_setstack(&thread->attributes, stack + guardSize, size - guardSize - sizeof(Thread));
+    sigset_t all;
     sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &former);
-    const bool created = pthread_create(&thread.id, nullptr, run, &thread) == 0;
-    pthread_sigmask(SIG_SETMASK, &former, nullptr);
-    return created;
+    pthread_attr_setsigmask_np(&thread->attributes, &all);
+    return thread;
 }
 
-// Asks again and again: the system's join with a limit looks at the clock that people set.
-bool joinWithin(Thread& thread, uint32_t milliseconds, void*& outcome) {
-    const Moment limit = after(milliseconds);
-    while (pthread_tryjoin_np(thread.id, &outcome) != 0) {
-        if (now() >= limit) return false;
-        sleepMilliseconds(1);
-    }
-    return true;
+void removeStack(Thread* thread) {
+    const auto size = static_cast<size_t>(reinterpret_cast<char*>(thread + 1) - thread->stack);
+    pthread_attr_destroy(&thread->attributes);
+    munmap(thread->stack, size);
+}
+
+Thread* takeStack() {
+    Thread* kept = spare.exchange(nullptr);
+    return kept != nullptr ? kept : makeStack();
+}
+
+void keepStack(Thread* thread) {
+    Thread* const former = spare.exchange(thread);
+    if (former != nullptr) removeStack(former);
+}
+
+void* run(void* record) {
+    const auto* thread = static_cast<const Thread*>(record);
+    thread->body(thread->argument);
+    return nullptr;
 }
 
 }  // namespace
 
 Thread* startThread(void (*body)(void* argument), void* argument) {
-    auto* thread = create<Thread>(body, argument);
+    Thread* thread = takeStack();
     if (thread == nullptr) return nullptr;
-    initCondition(thread->ended);
-    if (createWithSignalsBlocked(*thread)) return thread;
-    pthread_cond_destroy(&thread->ended);
-    destroy(thread);
+    thread->body = body;
+    thread->argument = argument;
+    thread->ended = false;
+    if (pthread_create(&thread->id, &thread->attributes, run, thread) == 0) return thread;
+    keepStack(thread);
     return nullptr;
 }
 
 bool waitForThread(Thread* thread, uint32_t milliseconds) {
-    const Moment limit = after(milliseconds);
-    pthread_mutex_lock(&thread->mutex);
-    while (!thread->bodyEnded && waitOn(thread->ended, thread->mutex, limit)) {
-    }
-    const bool ended = thread->bodyEnded;
-    pthread_mutex_unlock(&thread->mutex);
-    return ended;
+    if (thread->ended) return true;
+    const timespec limit = toTimespec(after(milliseconds));
+    thread->ended = pthread_clockjoin_np(thread->id, nullptr, CLOCK_MONOTONIC, &limit) == 0;
+    return thread->ended;
 }
 
 bool endThreadByForce(Thread* thread) {
-    void* outcome = nullptr;
-    pthread_cancel(thread->id);
-    thread->joinedOrLeft = true;
-    if (!joinWithin(*thread, cancelLimit, outcome)) {
-        pthread_detach(thread->id);
-        leftBehind = true;
-        return false;
-    }
-    if (outcome == PTHREAD_CANCELED) {  // so it did not come to the end of run()
-        markEnded(*thread);
-        giveUpSide(thread);
-    }
-    return true;
+    if (!thread->ended) pthread_cancel(thread->id);
+    if (waitForThread(thread, cancelLimit)) return true;
+    leftBehind = true;
+    return false;
 }
 
 void closeThread(Thread* thread) {
-    if (!thread->joinedOrLeft) {
-        if (waitForThread(thread, 0)) {
-            pthread_join(thread->id, nullptr);
-        } else {
-            pthread_detach(thread->id);
-        }
+    if (waitForThread(thread, 0)) {
+        keepStack(thread);
+    } else {
+        pthread_detach(thread->id);
     }
-    giveUpSide(thread);
 }
 
 bool threadsWereLeftBehind() {

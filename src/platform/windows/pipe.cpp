@@ -1,5 +1,7 @@
 #include "platform/pipe.h"
 
+#include <algorithm>
+
 #include "system.h"
 
 namespace platform {
@@ -24,6 +26,17 @@ bool writePipe(PipeHandle pipe, const uint8_t* bytes, uint32_t length, uint32_t&
     const bool success = WriteFile(handleOf(pipe), bytes, length, &count, nullptr);
     written = count;
     return success || count > 0;
+}
+
+bool writePipeInPieces(PipeHandle pipe, const uint8_t* bytes, uint32_t length, uint32_t pieceSize) {
+    while (length > 0) {
+        const uint32_t piece = std::min(pieceSize, length);
+        uint32_t written = 0;
+        if (!writePipe(pipe, bytes, piece, written) || written == 0) return false;
+        bytes += piece;
+        length -= piece;
+    }
+    return true;
 }
 
 bool readPipe(PipeHandle pipe, uint8_t* bytes, uint32_t capacity, uint32_t& count) {
