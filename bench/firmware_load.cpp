@@ -1,30 +1,23 @@
-// How fast a firmware file of 512 KiB becomes an image, compared with one read() of the same file: into memory
-// that is taken for it, as the image's is, and into memory that has been used before. All take turns in one
-// run.
+// A firmware file of 512 KiB becomes an image, against one read() of the same file, and against the usual
+// tools.
 #include <fcntl.h>
+#include <spawn.h>
 #include <sys/mman.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
-#include <cstdio>
 #include <cstdlib>
-#include <fstream>
 #include <random>
-#include <string>
 
-#include "firmware/srecord_file.h"
-#include "timing.h"
+#include "comparisons.h"
+#include "firmware/update.h"
+
+namespace bench {
 
 namespace {
 
-constexpr int rounds = 101;
 constexpr uint32_t imageSize = 0x80000;
 constexpr uint32_t recordSize = 32;  // data bytes
-
-void require(bool done, const char* step) {
-    if (done) return;
-    std::fprintf(stderr, "firmware_load: %s failed\n", step);
-    std::exit(1);
-}
 
 /// S3 records of random bytes.
 std::string recordText() {
@@ -48,51 +41,87 @@ std::string recordText() {
     return text;
 }
 
+class FirmwareFile {
+public:
+    FirmwareFile() {
+        const int file = mkstemp(path_);
+        const std::string text = recordText();
+        size_ = text.size();
+        require(write(file, text.data(), size_) == static_cast<ssize_t>(size_), "to write a firmware file");
+        close(file);
+    }
+    ~FirmwareFile() { unlink(path_); }
+    FirmwareFile(const FirmwareFile&) = delete;
+    FirmwareFile& operator=(const FirmwareFile&) = delete;
+
+    char* path() { return path_; }
+    size_t size() const { return size_; }
+
+private:
+    char path_[32] = "/tmp/zprusb-bench-XXXXXX";
+    size_t size_ = 0;
+};
+
 /// Both passes, as an update does it.
 void load(const char* path) {
-    firmware::SRecordJob job{.inputPath = path, .scanOnly = 1, .fillByte = 0xFF, .readBufferSize = 0x40000};
-    require(firmware::readSRecordFile(job) == 0, "the scan");
-    job.scanOnly = 0;
-    job.startAddress = job.lowestAddress;
-    job.endAddress = job.highestAddress;
-    require(firmware::readSRecordFile(job) == 0 && job.imageLength == imageSize, "the load");
-    std::free(job.image);
+    firmware::SRecordJob job;
+    require(firmware::prepareUpdateImage(path, job) == ZPRUSB_SUCCESS, "to scan a firmware file");
+    require(firmware::readSRecordFile(job) == ZPRUSB_SUCCESS && job.imageLength == imageSize,
+            "to load a firmware file");
+    firmware::freeUpdateImage(job.image);
 }
 
-void readOnce(const char* path, void* memory, size_t size) {
-    const int file = open(path, O_RDONLY);
-    require(read(file, memory, size) == static_cast<ssize_t>(size), "read");
+void readOnce(FirmwareFile& firmware, void* memory) {
+    const int file = open(firmware.path(), O_RDONLY | O_CLOEXEC);
+    require(read(file, memory, firmware.size()) == static_cast<ssize_t>(firmware.size()), "read");
     close(file);
 }
 
-void readIntoNewMemory(const char* path, size_t size) {
-    void* memory = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+void readIntoNewMemory(FirmwareFile& firmware) {
+    void* memory = mmap(nullptr, firmware.size(), PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     require(memory != MAP_FAILED, "mmap");
-    readOnce(path, memory, size);
-    munmap(memory, size);
+    readOnce(firmware, memory);
+    munmap(memory, firmware.size());
+}
+
+void runTool(std::vector<const char*> arguments) {
+    arguments.push_back(nullptr);
+    posix_spawn_file_actions_t quietly;
+    posix_spawn_file_actions_init(&quietly);
+    posix_spawn_file_actions_addopen(&quietly, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+    pid_t process;
+    int status = 1;
+    require(posix_spawnp(&process, arguments[0], &quietly, nullptr, const_cast<char**>(arguments.data()),
+                         environ) == 0 &&
+                waitpid(process, &status, 0) == process && status == 0,
+            arguments[0]);
+    posix_spawn_file_actions_destroy(&quietly);
 }
 
 }  // namespace
 
-int main() {
-    const std::string text = recordText();
-    char path[] = "/tmp/firmware_load-XXXXXX";
-    const int file = mkstemp(path);
-    require(file >= 0 && write(file, text.data(), text.size()) == static_cast<ssize_t>(text.size()), "write");
-    close(file);
-
-    std::vector<double> loads, newReads, usedReads;
-    std::string used = text;
-    for (int round = 0; round < rounds; ++round) {
-        loads.push_back(bench::secondsOf([&] { load(path); }));
-        newReads.push_back(bench::secondsOf([&] { readIntoNewMemory(path, text.size()); }));
-        usedReads.push_back(bench::secondsOf([&] { readOnce(path, used.data(), used.size()); }));
-    }
-    unlink(path);
-
-    const double loaded = bench::median(loads);
-    const double megabytes = static_cast<double>(text.size()) / 1e6;
-    std::printf("firmware load  %7.0f MB/s of text\n", megabytes / loaded);
-    std::printf("%-14s %7.3f of one read() into new memory, %.3f into used memory (medians of %d)\n", "ratio",
-                bench::median(newReads) / loaded, bench::median(usedReads) / loaded, rounds);
+void compareFirmwareLoad(const Report& report) {
+    FirmwareFile file;
+    std::vector<uint8_t> used(file.size());
+    const auto compare = [&](const char* limit, double goal, int rounds, const std::function<void()>& base) {
+        report({.name = "firmware load, 512 KiB",
+                .limit = limit,
+                .library = [&] { return secondsOf([&] { load(file.path()); }); },
+                .base = [&] { return secondsOf(base); },
+                .ratio = Ratio::speed,
+                .goal = goal,
+                .rounds = rounds});
+    };
+    compare("one read() into new memory", 0.10, 301, [&] { readIntoNewMemory(file); });
+    compare("one read() into memory in the cache", 0.10, 301, [&] { readOnce(file, used.data()); });
+    const std::string image = std::string(file.path()) + ".bin";
+    compare("one run of objcopy", 2, 51, [&] {
+        runTool({"objcopy", "-I", "srec", "-O", "binary", file.path(), image.c_str()});
+    });
+    compare("one run of srec_cat", 9, 51, [&] {
+        runTool({"srec_cat", file.path(), "-o", image.c_str(), "-binary"});
+    });
+    unlink(image.c_str());
 }
+
+}  // namespace bench
