@@ -15,8 +15,8 @@ namespace platform {
 // Stands at the top of its thread's stack. When the thread has ended, both are the next one's; a thread that is
 // left behind, or closed while it runs, keeps them for ever.
 struct alignas(64) Thread {
-    char* stack;  // its lowest byte
-    pthread_attr_t attributes{};
+    char* memory;  // all of it; the lowest page is a guard
+    char* stack;   // the lowest byte above the guard
     pthread_t id{};
     void (*body)(void* argument) = nullptr;
     void* argument = nullptr;
@@ -48,21 +48,17 @@ Thread* makeStack() {
     void* memory = mmap(nullptr, size, PROT_READ | PROT_WRITE,
                         MAP_PRIVATE | MAP_ANONYMOUS | MAP_STACK | MAP_NORESERVE, -1, 0);
     if (memory == MAP_FAILED) return nullptr;
-    auto* stack = static_cast<char*>(memory);
-    mprotect(stack, guardSize, PROT_NONE);
-    auto* thread = new (stack + size - sizeof(Thread)) Thread{stack};
-    pthread_attr_init(&thread->attributes);
-    pthread_attr_setstack(&thread->attributes, stack + guardSize, size - guardSize - sizeof(Thread));
-    sigset_t all;
-    sigfillset(&all);
-    pthread_attr_setsigmask_np(&thread->attributes, &all);
-    return thread;
+    auto* bottom = static_cast<char*>(memory);
+    mprotect(bottom, guardSize, PROT_NONE);
+    return new (bottom + size - sizeof(Thread)) Thread{bottom, bottom + guardSize};
+}
+
+size_t sizeFrom(const char* start, const void* end) {
+    return static_cast<size_t>(static_cast<const char*>(end) - start);
 }
 
 void removeStack(Thread* thread) {
-    const auto size = static_cast<size_t>(reinterpret_cast<char*>(thread + 1) - thread->stack);
-    pthread_attr_destroy(&thread->attributes);
-    munmap(thread->stack, size);
+    munmap(thread->memory, sizeFrom(thread->memory, thread + 1));
 }
 
 Thread* takeStack() {
@@ -81,6 +77,20 @@ void* run(void* record) {
     return nullptr;
 }
 
+// The new thread has its mask from the start, so there is no moment in which it would take a signal.
+bool createWithSignalsBlocked(Thread& thread) {
+    sigset_t all;
+    sigfillset(&all);
+    pthread_attr_t attributes;
+    pthread_attr_init(&attributes);
+    const bool created =
+        pthread_attr_setstack(&attributes, thread.stack, sizeFrom(thread.stack, &thread)) == 0 &&
+        pthread_attr_setsigmask_np(&attributes, &all) == 0 &&
+        pthread_create(&thread.id, &attributes, run, &thread) == 0;
+    pthread_attr_destroy(&attributes);
+    return created;
+}
+
 }  // namespace
 
 Thread* startThread(void (*body)(void* argument), void* argument) {
@@ -89,7 +99,7 @@ Thread* startThread(void (*body)(void* argument), void* argument) {
     thread->body = body;
     thread->argument = argument;
     thread->ended = false;
-    if (pthread_create(&thread->id, &thread->attributes, run, thread) == 0) return thread;
+    if (createWithSignalsBlocked(*thread)) return thread;
     keepStack(thread);
     return nullptr;
 }
