@@ -1,9 +1,12 @@
 #include "campaign.h"
 
+#include <zprusb_text.h>
+
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <random>
+#include <string_view>
 #include <thread>
 
 #include "fake_pipe.h"
@@ -35,9 +38,7 @@ uint32_t printPage(uint8_t author, uint16_t* code) {
 }
 
 bool isDocumented(uint16_t code) {
-#define RESULT_CODE(number, name, meaning, remedy) number,
-    constexpr uint16_t codes[] = {ZPRUSB_RESULT_CODES(RESULT_CODE)};
-    return std::ranges::find(codes, code) != std::end(codes);
+    return std::string_view(zprusb_resultName(code)) != "UNKNOWN";
 }
 
 bool resourcesFallTo(unsigned count) {

@@ -1,4 +1,4 @@
-#include <zprusb.h>
+#include <zprusb_text.h>
 
 #include <algorithm>
 #include <iostream>
@@ -72,7 +72,7 @@ int run(const Arguments& common, const FirmwareUpdateArguments& arguments) {
            {"length", length},
            {"status", status}},
           "Sent " + load + ".\nThe printer reports code " + std::to_string(status) + ": " +
-              resultMeaning(status) + "\n"},
+              zprusb_resultMeaning(status) + "\n"},
          common.json);
     return exitSuccess;
 }

@@ -1,10 +1,11 @@
+#include <zprusb_text.h>
+
 #include "api/internal.h"
 #include "commands.h"
 #include "dump.h"
 #include "failure.h"
 #include "printer.h"
 #include "protocol/response_parser.h"
-#include "result_text.h"
 #include "text.h"
 
 namespace tool {
@@ -19,7 +20,7 @@ Json headerOf(const Answer& answer) {
     if (!answer.isComplete() || (!error && answer.responseKind() != Answer::normalAnswer)) return nullptr;
     uint16_t code = 0;
     protocol::parseResponse(error ? ParseMode::ErrorAnswer : ParseMode::Status, answer, &code);
-    return {{"kind", error ? "error" : "normal"}, {"code", code}, {"meaning", resultMeaning(code)}};
+    return {{"kind", error ? "error" : "normal"}, {"code", code}, {"meaning", zprusb_resultMeaning(code)}};
 }
 
 std::string wordsOf(const Json& header) {
