@@ -134,8 +134,7 @@ void compareAllPrinters(const Report& report) {
                     return seconds([&] {
                         for (const uint8_t number : list) exchangeBare(printers[number], statusRequest);
                     });
-                },
-            .goal = 1.10});
+                }});
 }
 
 }  // namespace
