@@ -1,4 +1,5 @@
-# Makes the linker's export list of a shared library from a file with one name a line.
+# Makes the linker's export list of a shared library from a file with one name a line. On Linux the names carry a
+# version, which is the interface's: it stays while programs need not be linked anew.
 function(zprusb_set_exports target list)
   file(STRINGS ${list} names)
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${list})
@@ -8,7 +9,9 @@ function(zprusb_set_exports target list)
     target_sources(${target} PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/${target}.def)
   else()
     list(JOIN names ";\n    " lines)
-    file(CONFIGURE OUTPUT ${target}.map CONTENT "{\n  global:\n    ${lines};\n  local:\n    *;\n};\n")
+    get_target_property(version ${target} OUTPUT_NAME)
+    string(TOUPPER ${version}_1 version)
+    file(CONFIGURE OUTPUT ${target}.map CONTENT "${version} {\n  global:\n    ${lines};\n  local:\n    *;\n};\n")
     target_link_options(${target} PRIVATE -Wl,--version-script=${CMAKE_CURRENT_BINARY_DIR}/${target}.map)
     set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${CMAKE_CURRENT_BINARY_DIR}/${target}.map)
   endif()

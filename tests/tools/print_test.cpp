@@ -130,14 +130,6 @@ TEST_F(Print, TransparentPartsAreWhitePaper) {
     EXPECT_EQ(coloursOf(pageOf(png(glass, 4))), "WWWW");
 }
 
-TEST_F(Print, TheProgramOfTheReadmePrintsAPage) {
-    simulate("{}");
-    const Outcome outcome = run("zprusb_readme_example");
-    EXPECT_EQ(outcome.status, 0);
-    EXPECT_EQ(outcome.out, "printed, code 0\n");
-    EXPECT_EQ(printedPage(1).width, 1800u);
-}
-
 /// A JPEG file with a camera's note about the orientation.
 Bytes withOrientation(Bytes jpeg, bool littleEndian, uint8_t orientation) {
     const Bytes intel = {0xFF, 0xE1, 0,    34, 'E', 'x', 'i', 'f', 0, 0, 'I',         'I', 42, 0, 8, 0, 0, 0,

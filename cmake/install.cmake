@@ -1,0 +1,64 @@
+# What is installed where, and packed.
+include(GNUInstallDirs)
+include(CMakePackageConfigHelpers)
+
+set(simulator_folder ${CMAKE_INSTALL_LIBDIR}/zprusb/simulator)
+set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/zprusb)
+set(pkgconfig_folder ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+# The simulator stands apart: it works for whoever copies it beside the library, and for nobody by accident.
+set_target_properties(zprusb_simulator PROPERTIES EXPORT_NAME simulator)
+install(TARGETS zprusb EXPORT zprusb-targets INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(TARGETS zprusb_simulator EXPORT zprusb-targets INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
+  RUNTIME DESTINATION ${simulator_folder}
+  LIBRARY DESTINATION ${simulator_folder}
+  ARCHIVE DESTINATION ${simulator_folder})
+install(FILES include/zprusb.h include/zprusb_text.h simulator/zprusb_simulator.h
+  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+
+file(RELATIVE_PATH libraries_from_programs /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
+set_target_properties(zprusb_tool PROPERTIES INSTALL_RPATH "$ORIGIN/${libraries_from_programs}")
+install(TARGETS zprusb_tool zprusb_service)
+
+# For programs that are built against an installed library.
+install(EXPORT zprusb-targets NAMESPACE zprusb:: DESTINATION ${package_folder})
+configure_package_config_file(cmake/zprusb-config.cmake.in zprusb-config.cmake INSTALL_DESTINATION ${package_folder})
+write_basic_package_version_file(zprusb-config-version.cmake COMPATIBILITY SameMinorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/zprusb-config.cmake ${PROJECT_BINARY_DIR}/zprusb-config-version.cmake
+  DESTINATION ${package_folder})
+file(RELATIVE_PATH prefix_from_pkgconfig /${pkgconfig_folder} /)
+string(REGEX REPLACE "/$" "" prefix_from_pkgconfig ${prefix_from_pkgconfig})
+configure_file(cmake/zprusb.pc.in zprusb.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/zprusb.pc DESTINATION ${pkgconfig_folder})
+
+# The import library in the form that Microsoft's linker takes, and the list it is made from.
+if(WIN32)
+  find_program(DLLTOOL_OF_LLVM NAMES llvm-dlltool llvm-dlltool-14 REQUIRED)
+  set(definitions ${PROJECT_BINARY_DIR}/src/zprusb.def)
+  set(import_library ${PROJECT_BINARY_DIR}/lib/RQX5820usb.lib)
+  add_custom_command(OUTPUT ${import_library} DEPENDS ${definitions}
+    COMMAND ${DLLTOOL_OF_LLVM} -m i386:x86-64 -d ${definitions} -D RQX5820usb.dll -l ${import_library})
+  add_custom_target(zprusb_import_library ALL DEPENDS ${import_library})
+  install(FILES ${import_library} DESTINATION ${CMAKE_INSTALL_LIBDIR})
+  install(FILES ${definitions} DESTINATION ${CMAKE_INSTALL_LIBDIR} RENAME RQX5820usb.def)
+endif()
+
+install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DATADIR}/zprusb)
+install(DIRECTORY samples DESTINATION ${CMAKE_INSTALL_DATADIR}/zprusb)
+install(FILES README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} PATTERN reference EXCLUDE)
+install(DIRECTORY ${PROJECT_BINARY_DIR}/reference/html DESTINATION ${CMAKE_INSTALL_DOCDIR}/reference OPTIONAL)
+
+if(WIN32)
+  set(CPACK_GENERATOR ZIP)
+  set(system_name windows)
+else()
+  set(CPACK_GENERATOR TGZ)
+  set(system_name linux)
+endif()
+set(package_name zprusb-${PROJECT_VERSION}-${system_name}-${CMAKE_SYSTEM_PROCESSOR})
+set(CPACK_PACKAGE_FILE_NAME ${package_name})
+set(CPACK_PACKAGE_VENDOR "the zprusb developers")
+set(CPACK_STRIP_FILES ON)
+set(CPACK_PACKAGE_DIRECTORY ${PROJECT_BINARY_DIR})
+include(CPack)

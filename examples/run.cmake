@@ -1,0 +1,11 @@
+# Runs the command, whose words are separated by |, in an empty folder, and fails unless it leaves a page there.
+string(REPLACE "|" ";" command "${command}")
+file(REMOVE_RECURSE ${folder})
+file(MAKE_DIRECTORY ${folder})
+execute_process(COMMAND ${command} WORKING_DIRECTORY ${folder} RESULT_VARIABLE result)
+if(NOT result EQUAL 0)
+  message(FATAL_ERROR "It ended with ${result}.")
+endif()
+if(NOT EXISTS ${folder}/printed/0001.png)
+  message(FATAL_ERROR "It left no page.")
+endif()
