@@ -18,12 +18,12 @@ static const struct {
 } forms[] = {
     {"markdown",
      "# Result codes\n\n"
-     "What a function of the library can give as its `resultCode`. The names stand in `zprusb.h` with `ZPRUSB_` before "
+     "What a function of the library can give as its `resultCode`. The names stand in `zprusb.h` with "
+     "`ZPRUSB_` before "
      "them,\nand [`zprusb_text.h`](../include/zprusb_text.h) gives these texts to a program.\n\n"
      "| code | name | meaning | likely cause | what to do |\n|---|---|---|---|---|\n",
      "| %1$u | `%2$s` | %3$s | %4$s | %5$s |\n", ""},
-    {"python",
-     "\"\"\"The library's result codes: name, meaning, and what to do.\"\"\"\n\nCODES = {\n",
+    {"python", "\"\"\"The library's result codes: name, meaning, and what to do.\"\"\"\n\nCODES = {\n",
      "    %1$u: (\"%2$s\", \"%3$s\", \"%5$s\"),\n", "}\n"},
     {"csharp",
      "// The library's result codes in words.\nnamespace Zprusb\n{\n    public static class Codes\n    {\n"

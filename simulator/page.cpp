@@ -67,7 +67,7 @@ Reply startPage(Printer& printer, const Page& page) {
     Reply reply;
     reply.transfer = DataTransfer{.length = size_t{3} * pixelsOf(page.width) * pixelsOf(page.length),
                                   .missing = 0xFF,  // white paper
-                                  .finish = [page](Printer& finished, Bytes pixels, size_t arrived) {
+                                  .finish = [page](Printer& finished, const Bytes& pixels, size_t arrived) {
                                       finishPage(finished, page, pixels, arrived);
                                   }};
     return reply;

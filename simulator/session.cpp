@@ -37,7 +37,7 @@ bool isAbsentUntil(Printer& printer, Clock::time_point time) {
 
 // The thread outlives the session, as hosts close a printer that is gone; it touches nothing that ends with the
 // process.
-void announceReturn(std::weak_ptr<Printer> absent, Clock::time_point time) {
+void announceReturn(const std::weak_ptr<Printer>& absent, Clock::time_point time) {
     startThread([=] {
         while (Clock::now() < time) std::this_thread::sleep_until(time);  // which may end early on Windows
         const std::shared_ptr<Printer> printer = absent.lock();

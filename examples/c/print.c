@@ -10,8 +10,8 @@ int main(void) {
     uint16_t code;
     for (int y = 0; y < HEIGHT; ++y)
         for (int x = 0; x < WIDTH; ++x) pixels[y][x][0] = (uint8_t)(255 * x / WIDTH);
-    uint32_t printed = zprusb_open(&code) && zprusb_checkMediaInfo(0xF1, 15240, 10160, &code) &&
-                       zprusb_startpage(NULL, &code);
+    uint32_t printed =
+        zprusb_open(&code) && zprusb_checkMediaInfo(0xF1, 15240, 10160, &code) && zprusb_startpage(NULL, &code);
     if (printed) {
         printed = zprusb_write(&pixels[0][0][0], &size, &code);
         zprusb_endpage(NULL);

@@ -13,8 +13,8 @@ namespace zprusb {
 class Error : public std::runtime_error {
 public:
     explicit Error(std::uint16_t resultCode)
-        : std::runtime_error("code " + std::to_string(resultCode) + ": " + zprusb_resultMeaning(resultCode) + " " +
-                             zprusb_resultRemedy(resultCode)),
+        : std::runtime_error("code " + std::to_string(resultCode) + ": " + zprusb_resultMeaning(resultCode) +
+                             " " + zprusb_resultRemedy(resultCode)),
           code(resultCode) {}
 
     const std::uint16_t code;

@@ -21,8 +21,9 @@ bool allocate(uint8_t*& buffer, uint32_t size) {
 }
 
 bool allocateBuffers(device::WorkingBuffers& buffers) {
-    return allocate(buffers.image, buffers.imageSize) && allocate(buffers.page, buffers.pageSize) &&
-           allocate(buffers.work, buffers.workSize);
+    using Buffers = device::WorkingBuffers;
+    return allocate(buffers.image, Buffers::imageSize) && allocate(buffers.page, Buffers::pageSize) &&
+           allocate(buffers.work, Buffers::workSize);
 }
 
 /// The first enumeration of the process. Later ones probe only as many device numbers as it opened devices.

@@ -16,7 +16,7 @@ Bytes bytesOf(const std::vector<std::string>& words) {
     for (const std::string& word : words) {
         const std::string digits = word.starts_with("0x") ? word.substr(2) : word;
         if (digits.empty() || digits.size() % 2 != 0 ||
-            digits.find_first_not_of("0123456789abcdefABCDEF") != digits.npos)
+            digits.find_first_not_of("0123456789abcdefABCDEF") != std::string::npos)
             throw CLI::ValidationError("bytes", "'" + word + "' is no row of bytes like 0a or 0x01ff");
         for (size_t at = 0; at < digits.size(); at += 2)
             bytes.push_back(static_cast<uint8_t>(std::stoul(digits.substr(at, 2), nullptr, 16)));

@@ -71,7 +71,7 @@ void defineSet(CLI::App& app, Arguments& arguments) {
     std::vector<std::string> words;
     std::string ranges;
     for (const Setting& setting : settings()) {
-        words.push_back(setting.word);
+        words.emplace_back(setting.word);
         ranges += (ranges.empty() ? "" : "; ") + words.back() + ": " + setting.range;
     }
     set.app->add_option("name", set->name, "Which one")->required()->check(CLI::IsMember(words));
