@@ -37,8 +37,8 @@ int main(int count, char** arguments) {
         if (count != 2 || strcmp(arguments[1], forms[form].name) != 0) continue;
         fputs(forms[form].before, stdout);
         for (size_t i = 0; i < sizeof codes / sizeof *codes; ++i) {
-            printf(forms[form].row, codes[i], zprusb_resultName(codes[i]), zprusb_resultMeaning(codes[i]),
-                   zprusb_resultCause(codes[i]), zprusb_resultRemedy(codes[i]));
+            const struct zprusb_words words = zprusb_resultWords(codes[i]);
+            printf(forms[form].row, codes[i], words.name, words.meaning, words.cause, words.remedy);
         }
         fputs(forms[form].after, stdout);
         return 0;

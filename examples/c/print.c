@@ -17,6 +17,6 @@ int main(void) {
         zprusb_endpage(NULL);
     }
     zprusb_close();
-    printf("code %u: %s %s\n", code, zprusb_resultMeaning(code), zprusb_resultRemedy(code));
+    printf("code %u: %s\n", code, zprusb_resultWords(code).meaning);
     return printed ? 0 : 1;
 }

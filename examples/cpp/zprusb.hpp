@@ -12,12 +12,14 @@ namespace zprusb {
 
 class Error : public std::runtime_error {
 public:
-    explicit Error(std::uint16_t resultCode)
-        : std::runtime_error("code " + std::to_string(resultCode) + ": " + zprusb_resultMeaning(resultCode) +
-                             " " + zprusb_resultRemedy(resultCode)),
-          code(resultCode) {}
+    explicit Error(std::uint16_t resultCode) : Error(resultCode, zprusb_resultWords(resultCode)) {}
 
     const std::uint16_t code;
+
+private:
+    Error(std::uint16_t resultCode, const zprusb_words& words)
+        : std::runtime_error("code " + std::to_string(resultCode) + ": " + words.meaning + " " + words.remedy),
+          code(resultCode) {}
 };
 
 /// Calls a function of the library whose last parameter is the result code.

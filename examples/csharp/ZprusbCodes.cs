@@ -19,21 +19,21 @@ namespace Zprusb
                 case 1502: return "The printer objects cannot be released while a thread is still bound to one. Call zprusb_close on every thread that called zprusb_open."; // STILL_IN_USE
                 case 2000: return "No printer is selected, or the selected printer is no longer connected. Connect the printer, list the printers and select one."; // NO_PRINTER
                 case 2100: return "The printer is not ready: condition 2100. Wait until the printer has finished, or look at its display."; // CONDITION_2100
-                case 2101: return "The printer reports condition 2101. Look at the printer's display."; // CONDITION_2101
-                case 2103: return "The printer reports condition 2103. Look at the printer's display."; // CONDITION_2103
-                case 2104: return "The printer reports condition 2104. Look at the printer's display."; // CONDITION_2104
-                case 2105: return "The printer reports condition 2105. Look at the printer's display."; // CONDITION_2105
-                case 2106: return "The printer reports condition 2106. Look at the printer's display."; // CONDITION_2106
-                case 2107: return "The printer reports condition 2107. Look at the printer's display."; // CONDITION_2107
-                case 2108: return "The printer reports condition 2108. Look at the printer's display."; // CONDITION_2108
-                case 2109: return "The printer reports condition 2109. Look at the printer's display."; // CONDITION_2109
-                case 2200: return "The printer gives notice 2200. Look at the printer's display."; // NOTICE_2200
-                case 2201: return "The printer gives notice 2201. Look at the printer's display."; // NOTICE_2201
-                case 2202: return "The printer gives notice 2202. Look at the printer's display."; // NOTICE_2202
-                case 2209: return "The printer gives notice 2209. Look at the printer's display."; // NOTICE_2209
-                case 2210: return "The printer gives notice 2210. Look at the printer's display."; // NOTICE_2210
-                case 2211: return "The printer gives notice 2211. Look at the printer's display."; // NOTICE_2211
-                case 2212: return "The printer gives notice 2212. Look at the printer's display."; // NOTICE_2212
+                case 2101: return "The printer reports condition 2101. Do what the printer's display asks for, and try again."; // CONDITION_2101
+                case 2103: return "The printer reports condition 2103. Do what the printer's display asks for, and try again."; // CONDITION_2103
+                case 2104: return "The printer reports condition 2104. Do what the printer's display asks for, and try again."; // CONDITION_2104
+                case 2105: return "The printer reports condition 2105. Do what the printer's display asks for, and try again."; // CONDITION_2105
+                case 2106: return "The printer reports condition 2106. Do what the printer's display asks for, and try again."; // CONDITION_2106
+                case 2107: return "The printer reports condition 2107. Do what the printer's display asks for, and try again."; // CONDITION_2107
+                case 2108: return "The printer reports condition 2108. Do what the printer's display asks for, and try again."; // CONDITION_2108
+                case 2109: return "The printer reports condition 2109. Do what the printer's display asks for, and try again."; // CONDITION_2109
+                case 2200: return "The printer gives notice 2200. Look at the printer's display, and try again."; // NOTICE_2200
+                case 2201: return "The printer gives notice 2201. Look at the printer's display, and try again."; // NOTICE_2201
+                case 2202: return "The printer gives notice 2202. Look at the printer's display, and try again."; // NOTICE_2202
+                case 2209: return "The printer gives notice 2209. Look at the printer's display, and try again."; // NOTICE_2209
+                case 2210: return "The printer gives notice 2210. Look at the printer's display, and try again."; // NOTICE_2210
+                case 2211: return "The printer gives notice 2211. Look at the printer's display, and try again."; // NOTICE_2211
+                case 2212: return "The printer gives notice 2212. Look at the printer's display, and try again."; // NOTICE_2212
                 case 2305: return "The printer reports a device error of group 6, details 5 to 9. Switch the printer off and on; if the error returns, call service."; // DEVICE_ERROR_2305
                 case 2306: return "The printer reports a device error of group 6, details 2 to 4. Switch the printer off and on; if the error returns, call service."; // DEVICE_ERROR_2306
                 case 2307: return "The printer reports a device error of group 5. Switch the printer off and on; if the error returns, call service."; // DEVICE_ERROR_2307

@@ -38,7 +38,7 @@ uint32_t printPage(uint8_t author, uint16_t* code) {
 }
 
 bool isDocumented(uint16_t code) {
-    return std::string_view(zprusb_resultName(code)) != "UNKNOWN";
+    return std::string_view(zprusb_resultWords(code).name) != "UNKNOWN";
 }
 
 bool resourcesFallTo(unsigned count) {

@@ -5,7 +5,8 @@
 namespace tool {
 
 std::string resultSentence(uint16_t code) {
-    return "code " + std::to_string(code) + ": " + zprusb_resultMeaning(code) + " " + zprusb_resultRemedy(code);
+    const zprusb_words words = zprusb_resultWords(code);
+    return "code " + std::to_string(code) + ": " + words.meaning + " " + words.remedy;
 }
 
 }  // namespace tool

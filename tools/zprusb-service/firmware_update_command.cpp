@@ -72,7 +72,7 @@ int run(const Arguments& common, const FirmwareUpdateArguments& arguments) {
            {"length", length},
            {"status", status}},
           "Sent " + load + ".\nThe printer reports code " + std::to_string(status) + ": " +
-              zprusb_resultMeaning(status) + "\n"},
+              zprusb_resultWords(status).meaning + "\n"},
          common.json);
     return exitSuccess;
 }

@@ -20,7 +20,8 @@ Json headerOf(const Answer& answer) {
     if (!answer.isComplete() || (!error && answer.responseKind() != Answer::normalAnswer)) return nullptr;
     uint16_t code = 0;
     protocol::parseResponse(error ? ParseMode::ErrorAnswer : ParseMode::Status, answer, &code);
-    return {{"kind", error ? "error" : "normal"}, {"code", code}, {"meaning", zprusb_resultMeaning(code)}};
+    return {
+        {"kind", error ? "error" : "normal"}, {"code", code}, {"meaning", zprusb_resultWords(code).meaning}};
 }
 
 std::string wordsOf(const Json& header) {

@@ -21,8 +21,9 @@ std::vector<uint8_t> numbersOf(const Printer& printer, bool all) {
 
 View viewOf(uint8_t printer, uint16_t code) {
     const bool ready = code == ZPRUSB_SUCCESS;
-    return {{{"printer", printer}, {"ready", ready}, {"code", code}, {"meaning", zprusb_resultMeaning(code)}},
-            "printer " + std::to_string(printer) + ": " + (ready ? "ready" : "not ready") + "\n"};
+    return {
+        {{"printer", printer}, {"ready", ready}, {"code", code}, {"meaning", zprusb_resultWords(code).meaning}},
+        "printer " + std::to_string(printer) + ": " + (ready ? "ready" : "not ready") + "\n"};
 }
 
 }  // namespace
