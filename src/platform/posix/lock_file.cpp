@@ -1,8 +1,6 @@
 #include "lock_file.h"
 
 #include <fcntl.h>
-#include <poll.h>
-#include <sys/inotify.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -13,6 +11,8 @@
 #include <cstdint>
 #include <cstdio>
 #include <string_view>
+
+#include "deadline.h"
 
 namespace platform {
 
@@ -134,23 +134,6 @@ LockAttempt tryLockFile(LockFile& file) {
         closeLockFile(file);
     }
     return LockAttempt::heldElsewhere;
-}
-
-LockFileWatch::LockFileWatch(const LockFile& file) : descriptor_(inotify_init1(IN_CLOEXEC | IN_NONBLOCK)) {
-    inotify_add_watch(descriptor_, file.path, IN_MODIFY | IN_CLOSE_WRITE);
-}
-
-LockFileWatch::~LockFileWatch() {
-    if (descriptor_ >= 0) close(descriptor_);
-}
-
-bool LockFileWatch::waitUntil(Moment moment) {
-    pollfd entry{descriptor_, POLLIN, 0};
-    const timespec rest = toTimespec(std::max(moment - now(), Moment{0}));
-    const bool happened = ppoll(&entry, 1, &rest, nullptr) > 0;
-    alignas(inotify_event) char events[4096];
-    if (happened && read(descriptor_, events, sizeof events) < 0) sleepUntil(moment);
-    return happened;
 }
 
 void noteProperEnd(const LockFile& file) {

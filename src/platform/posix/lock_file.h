@@ -5,8 +5,6 @@
 /// It stays when nobody uses it any more: removing it could not be made safe against somebody opening it.
 #pragma once
 
-#include "deadline.h"
-
 namespace platform {
 
 struct LockFile {
@@ -31,22 +29,6 @@ enum class LockAttempt {
 
 /// Opens the file first when it is closed, and anew when somebody has removed or replaced it meanwhile.
 LockAttempt tryLockFile(LockFile& file);
-
-/// Tells when somebody has written a lock file or closed it, which is when its lock may be free. Where the
-/// system has no more such watches, waiting only takes its time.
-class LockFileWatch {
-public:
-    explicit LockFileWatch(const LockFile& file);
-    ~LockFileWatch();
-    LockFileWatch(const LockFileWatch&) = delete;
-    LockFileWatch& operator=(const LockFileWatch&) = delete;
-
-    /// @return whether something has happened since the last wait, or until the moment.
-    bool waitUntil(Moment moment);
-
-private:
-    int descriptor_;
-};
 
 /// Notes that the owner lets go properly; without it the next owner is told that this one did not.
 void noteProperEnd(const LockFile& file);

@@ -117,21 +117,15 @@ void own(NamedMutex& mutex) {
     shareNamedMutex(&mutex);
 }
 
-// The kernel can't be asked to wait up to a moment, so it is asked again and again: soon after something has
-// happened to the file, and now and then because that may be missed.
+// The kernel can't be asked to wait up to a moment, so it is asked again and again, soon at first.
 LockAttempt lockFileUntil(NamedMutex& mutex, Moment limit) {
-    LockAttempt attempt = tryLockFile(mutex.file);
-    if (attempt != LockAttempt::heldElsewhere) return attempt;
-    LockFileWatch watch(mutex.file);
-    Moment pause = firstPause;
-    while (attempt == LockAttempt::heldElsewhere && now() < limit) {
+    for (Moment pause = firstPause;; pause = std::min(2 * pause, longestPause)) {
+        const LockAttempt attempt = tryLockFile(mutex.file);
+        if (attempt != LockAttempt::heldElsewhere || now() >= limit) return attempt;
         pthread_mutex_unlock(&mutex.mutex);
-        const bool happened = watch.waitUntil(std::min(now() + pause, limit));
+        sleepUntil(std::min(now() + pause, limit));
         pthread_mutex_lock(&mutex.mutex);
-        pause = happened ? firstPause : std::min(2 * pause, longestPause);
-        attempt = tryLockFile(mutex.file);
     }
-    return attempt;
 }
 
 MutexWait obtain(NamedMutex& mutex, Moment limit) {
