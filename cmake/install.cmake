@@ -22,6 +22,7 @@ install(TARGETS zprusb_tool zprusb_service)
 
 # For programs that are built against an installed library.
 install(EXPORT zprusb-targets NAMESPACE zprusb:: DESTINATION ${package_folder})
+string(TOUPPER "${CMAKE_BUILD_TYPE}" configuration)
 configure_package_config_file(cmake/zprusb-config.cmake.in zprusb-config.cmake INSTALL_DESTINATION ${package_folder})
 write_basic_package_version_file(zprusb-config-version.cmake COMPATIBILITY SameMinorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/zprusb-config.cmake ${PROJECT_BINARY_DIR}/zprusb-config-version.cmake
@@ -43,7 +44,8 @@ if(WIN32)
   install(FILES ${definitions} DESTINATION ${CMAKE_INSTALL_LIBDIR} RENAME RQX5820usb.def)
 endif()
 
-install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DATADIR}/zprusb)
+install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DATADIR}/zprusb
+  REGEX "/examples/(CMakeLists.txt|run.cmake)$" EXCLUDE)
 install(DIRECTORY samples DESTINATION ${CMAKE_INSTALL_DATADIR}/zprusb)
 install(FILES README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} PATTERN reference EXCLUDE)

@@ -256,8 +256,8 @@
 // clang-format on
 
 #define ZPRUSB_ENUMERATOR(number, name, meaning, cause, remedy) ZPRUSB_##name = (number),
-/// The values of every `resultCode`. 1005, 3001 to 3003, 3200 and 8000 are those of service programs; no
-/// function of this header gives them.
+/// The values of every `resultCode`; docs/result-codes.md shows them as a table. 1005, 3001 to 3003, 3200 and
+/// 8000 are those of service programs; no function of this header gives them.
 enum zprusb_resultCode {
     ZPRUSB_RESULT_CODES(ZPRUSB_ENUMERATOR)  //
     ZPRUSB_RESULT_CODE_END                  ///< No code: it ends the list.
