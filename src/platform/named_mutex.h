@@ -7,9 +7,11 @@
 
 namespace platform {
 
-/// Counted: each openNamedMutex() and shareNamedMutex() needs one closeNamedMutex(). A mutex that is closed
-/// while a thread owns it stays that thread's until it is released or abandoned, as long as anybody has it
-/// open. The child of a fork owns nothing that its parent owned; the uses that it inherits open the mutex anew.
+/// Counted: each openNamedMutex() and shareNamedMutex() needs one closeNamedMutex(), and whoever waits needs
+/// one of them until the wait has ended. When the process closes its last one, the ownership of its threads
+/// ends as after a release. Windows has one exception: a mutex that another process has open as well stays the
+/// owner's until that thread calls releaseClosedMutexes() or ends. The child of a fork owns nothing that its
+/// parent owned; the uses that it inherits open the mutex anew.
 struct NamedMutex;
 
 /// Opens the mutex of that name, creating it (owned by nobody) when no process has it open.
@@ -22,6 +24,10 @@ NamedMutex* shareNamedMutex(NamedMutex* mutex);
 
 /// Accepts null.
 void closeNamedMutex(NamedMutex* mutex);
+
+/// Gives up what the calling thread still owns although the process has closed it. Costs next to nothing when
+/// there is no such mutex.
+void releaseClosedMutexes();
 
 enum class MutexWait {
     obtained,   ///< the caller owns it
@@ -37,5 +43,8 @@ MutexWait waitForNamedMutex(NamedMutex* mutex, uint32_t milliseconds);
 /// Takes back one obtaining of the calling thread.
 /// @return false, and nothing has changed, when the calling thread doesn't own it; also for null.
 bool releaseNamedMutex(NamedMutex* mutex);
+
+/// Whether a thread of this process owns it, the calling one or another; false for null.
+bool isOwnedByThisProcess(NamedMutex* mutex);
 
 }  // namespace platform

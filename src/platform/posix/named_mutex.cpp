@@ -16,15 +16,13 @@ namespace platform {
 // The one object of this process for a name. All threads of the process share one open lock file, for which the
 // kernel knows a single owner; which thread that is, is told apart here.
 struct NamedMutex {
-    LockFile file;  // guarded by mutex, but for its path
-    pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
+    LockFile file;
     pthread_cond_t changed{};
-    const void* owner = nullptr;  // guarded by mutex, as is all that follows
+    const void* owner = nullptr;
     uint32_t depth = 0;
+    uint32_t uses = 0;
     bool asking = false;  // a thread of this process is trying to get the file's lock
-    NamedMutex* nextOwned = nullptr;
-    NamedMutex* nextNamed = nullptr;  // guarded by registryLock
-    uint32_t uses = 0;                // guarded by registryLock; an owning thread is one of them
+    NamedMutex* next = nullptr;
 };
 
 namespace {
@@ -32,89 +30,86 @@ namespace {
 constexpr Moment firstPause = 100'000;  // nanoseconds between two attempts to lock the file
 constexpr Moment longestPause = 4'000'000;
 
-// Guards the list of mutexes. May be entered while a mutex is locked, not the other way round. Also held while
-// a lock file is opened, which takes no longer than memory does.
-Lock registryLock;
-NamedMutex* registry = nullptr;
+// Guards all mutexes and the list of them. Nothing is waited for while it is held, and no other lock taken; the
+// system calls on a lock file take no longer than memory does.
+struct Registry {
+    pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
+    NamedMutex* first = nullptr;
+    bool forksAreHandled = false;
+    bool threadEndsAreHandled = false;
+    pthread_key_t threadEndKey = 0;
 
-// The mutexes that the thread owns. The address of this variable is the thread's identity: unlike a thread's
-// number it is not given to another thread before the first one has abandoned what it owned. The model spares
-// the library its only need of the dynamic loader.
-[[gnu::tls_model("initial-exec")]] thread_local NamedMutex* ownedMutexes = nullptr;
+    void enter() { pthread_mutex_lock(&mutex); }
+    void leave() { pthread_mutex_unlock(&mutex); }
+};
+constinit Registry registry;
+using HoldingRegistry = Holding<Registry>;
 
-pthread_once_t preparation = PTHREAD_ONCE_INIT;
-pthread_key_t threadEndKey;
-bool prepared = false;
+// The address of this variable is the thread's identity: unlike a thread's number it is not given to another
+// thread before the first one has abandoned what it owned. The model spares the library its only need of the
+// dynamic loader.
+[[gnu::tls_model("initial-exec")]] thread_local char self;
 
 void disown(NamedMutex& mutex) {
-    NamedMutex** link = &ownedMutexes;
-    while (*link != &mutex) link = &(*link)->nextOwned;
-    *link = mutex.nextOwned;
     mutex.owner = nullptr;
     unlockFile(mutex.file);
     pthread_cond_broadcast(&mutex.changed);
 }
 
-void abandonOwned(void*) {
-    while (NamedMutex* mutex = ownedMutexes) {
-        pthread_mutex_lock(&mutex->mutex);
-        disown(*mutex);
-        pthread_mutex_unlock(&mutex->mutex);
-        closeNamedMutex(mutex);
+void abandonOwned(void* thread) {
+    const HoldingRegistry holding(registry);
+    for (NamedMutex* mutex = registry.first; mutex != nullptr; mutex = mutex->next) {
+        if (mutex->owner == thread) disown(*mutex);
     }
 }
 
 // A fork's child shares the open files and with them the parent's locks, which would outlive the parent. It
-// starts with closed files and owns nothing; threads that it doesn't have may have been anywhere.
+// starts with closed files, owns nothing, and has none of the threads that waited.
 void resetInChild() {
-    for (NamedMutex* mutex = registry; mutex != nullptr; mutex = mutex->nextNamed) {
+    for (NamedMutex* mutex = registry.first; mutex != nullptr; mutex = mutex->next) {
         closeLockFile(mutex->file);
-        mutex->mutex = PTHREAD_MUTEX_INITIALIZER;
         initCondition(mutex->changed);
-        mutex->asking = false;
-        if (mutex->owner != nullptr) --mutex->uses;
         mutex->owner = nullptr;
+        mutex->asking = false;
     }
-    ownedMutexes = nullptr;
-    registryLock.leave();
+    registry.leave();
 }
 
-void prepare() {
-    prepared = pthread_key_create(&threadEndKey, abandonOwned) == 0 &&
-               pthread_atfork([] { registryLock.enter(); }, [] { registryLock.leave(); }, resetInChild) == 0;
+// When the image is loaded, so that no fork comes in between. The handlers that others add later come before
+// this one at a fork, as their locks do at a call.
+[[gnu::constructor]] void handleForks() {
+    registry.forksAreHandled =
+        pthread_atfork([] { registry.enter(); }, [] { registry.leave(); }, resetInChild) == 0;
 }
 
-NamedMutex* findByPath(const char* path) {
-    NamedMutex* mutex = registry;
-    while (mutex != nullptr && std::strcmp(mutex->file.path, path) != 0) mutex = mutex->nextNamed;
+// Nothing that failed is remembered, since there may be memory and keys by the next call.
+bool isPrepared() {
+    if (!registry.forksAreHandled) handleForks();
+    if (!registry.threadEndsAreHandled)
+        registry.threadEndsAreHandled = pthread_key_create(&registry.threadEndKey, abandonOwned) == 0;
+    return registry.forksAreHandled && registry.threadEndsAreHandled &&
+           pthread_setspecific(registry.threadEndKey, &self) == 0;
+}
+
+NamedMutex* findByFile(const LockFile& file) {
+    NamedMutex* mutex = registry.first;
+    while (mutex != nullptr && std::strcmp(mutex->file.path, file.path) != 0) mutex = mutex->next;
     return mutex;
 }
 
 NamedMutex* addToRegistry(const LockFile& file) {
     auto* mutex = create<NamedMutex>(file);
     if (mutex == nullptr) return nullptr;
-    if (!openLockFile(mutex->file)) {
-        destroy(mutex);
-        return nullptr;
-    }
     initCondition(mutex->changed);
-    mutex->nextNamed = registry;
-    registry = mutex;
+    mutex->next = registry.first;
+    registry.first = mutex;
     return mutex;
 }
 
 void removeFromRegistry(NamedMutex& mutex) {
-    NamedMutex** link = &registry;
-    while (*link != &mutex) link = &(*link)->nextNamed;
-    *link = mutex.nextNamed;
-}
-
-void own(NamedMutex& mutex) {
-    mutex.owner = &ownedMutexes;
-    mutex.depth = 1;
-    mutex.nextOwned = ownedMutexes;
-    ownedMutexes = &mutex;
-    shareNamedMutex(&mutex);
+    NamedMutex** link = &registry.first;
+    while (*link != &mutex) link = &(*link)->next;
+    *link = mutex.next;
 }
 
 // The kernel can't be asked to wait up to a moment, so it is asked again and again, soon at first.
@@ -122,21 +117,22 @@ LockAttempt lockFileUntil(NamedMutex& mutex, Moment limit) {
     for (Moment pause = firstPause;; pause = std::min(2 * pause, longestPause)) {
         const LockAttempt attempt = tryLockFile(mutex.file);
         if (attempt != LockAttempt::heldElsewhere || now() >= limit) return attempt;
-        pthread_mutex_unlock(&mutex.mutex);
+        registry.leave();
         sleepUntil(std::min(now() + pause, limit));
-        pthread_mutex_lock(&mutex.mutex);
+        registry.enter();
     }
 }
 
 MutexWait obtain(NamedMutex& mutex, Moment limit) {
     while (mutex.owner != nullptr || mutex.asking) {
-        if (!waitOn(mutex.changed, mutex.mutex, limit)) return MutexWait::timedOut;
+        if (!waitOn(mutex.changed, registry.mutex, limit)) return MutexWait::timedOut;
     }
     mutex.asking = true;
     const LockAttempt attempt = lockFileUntil(mutex, limit);
     mutex.asking = false;
     if (attempt == LockAttempt::locked || attempt == LockAttempt::lockedAfterAbandon) {
-        own(mutex);
+        mutex.owner = &self;
+        mutex.depth = 1;
         return attempt == LockAttempt::locked ? MutexWait::obtained : MutexWait::abandoned;
     }
     pthread_cond_broadcast(&mutex.changed);
@@ -146,12 +142,10 @@ MutexWait obtain(NamedMutex& mutex, Moment limit) {
 }  // namespace
 
 NamedMutex* openNamedMutex(const char* name) {
-    pthread_once(&preparation, prepare);
-    if (!prepared) return nullptr;
     LockFile file;
     nameLockFile(file, name);
-    const Holding holding(registryLock);
-    NamedMutex* mutex = findByPath(file.path);
+    const HoldingRegistry holding(registry);
+    NamedMutex* mutex = findByFile(file);
     if (mutex == nullptr) mutex = addToRegistry(file);
     if (mutex != nullptr) ++mutex->uses;
     return mutex;
@@ -159,47 +153,52 @@ NamedMutex* openNamedMutex(const char* name) {
 
 NamedMutex* shareNamedMutex(NamedMutex* mutex) {
     if (mutex == nullptr) return nullptr;
-    const Holding holding(registryLock);
+    const HoldingRegistry holding(registry);
     ++mutex->uses;
     return mutex;
 }
 
 void closeNamedMutex(NamedMutex* mutex) {
     if (mutex == nullptr) return;
-    const Holding holding(registryLock);
+    const HoldingRegistry holding(registry);
     if (--mutex->uses > 0) return;
+    if (mutex->owner != nullptr) {
+        noteProperEnd(mutex->file);
+        disown(*mutex);
+    }
     removeFromRegistry(*mutex);
     closeLockFile(mutex->file);
     pthread_cond_destroy(&mutex->changed);
     destroy(mutex);
 }
 
+void releaseClosedMutexes() {}  // closing them has ended the ownership
+
 MutexWait waitForNamedMutex(NamedMutex* mutex, uint32_t milliseconds) {
-    if (mutex == nullptr || pthread_setspecific(threadEndKey, &ownedMutexes) != 0) return MutexWait::failed;
+    if (mutex == nullptr) return MutexWait::failed;
     const Moment limit = after(milliseconds);
-    MutexWait result = MutexWait::obtained;
-    pthread_mutex_lock(&mutex->mutex);
-    if (mutex->owner == &ownedMutexes) {
-        ++mutex->depth;
-    } else {
-        result = obtain(*mutex, limit);
-    }
-    pthread_mutex_unlock(&mutex->mutex);
-    return result;
+    const HoldingRegistry holding(registry);
+    if (!isPrepared()) return MutexWait::failed;
+    if (mutex->owner != &self) return obtain(*mutex, limit);
+    ++mutex->depth;
+    return MutexWait::obtained;
 }
 
 bool releaseNamedMutex(NamedMutex* mutex) {
     if (mutex == nullptr) return false;
-    pthread_mutex_lock(&mutex->mutex);
-    const bool owned = mutex->owner == &ownedMutexes;
-    const bool last = owned && --mutex->depth == 0;
-    if (last) {
+    const HoldingRegistry holding(registry);
+    if (mutex->owner != &self) return false;
+    if (--mutex->depth == 0) {
         noteProperEnd(mutex->file);
         disown(*mutex);
     }
-    pthread_mutex_unlock(&mutex->mutex);
-    if (last) closeNamedMutex(mutex);
-    return owned;
+    return true;
+}
+
+bool isOwnedByThisProcess(NamedMutex* mutex) {
+    if (mutex == nullptr) return false;
+    const HoldingRegistry holding(registry);
+    return mutex->owner != nullptr;
 }
 
 }  // namespace platform

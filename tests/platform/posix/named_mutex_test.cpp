@@ -54,17 +54,19 @@ TEST_F(NamedMutexes, areSharedAgainAfterTheirFileWasRemoved) {
     EXPECT_TRUE(releaseNamedMutex(mutex));
 }
 
-TEST(NamedMutexFiles, areOpenToAllUsersAndRefusedWhenTheyAreNoFiles) {
-    const std::string name = "test_files_" + std::to_string(currentThreadId());
+TEST_F(NamedMutexes, haveAFileThatIsOpenToAllUsersAndFailForAsLongAsItIsNoFile) {
     umask(0077);
-    closeNamedMutex(openNamedMutex(name.c_str()));
+    EXPECT_EQ(elsewhere(0), MutexWait::obtained);
     const std::filesystem::path file = lockFileOf(name);
     EXPECT_EQ(std::filesystem::status(file).permissions(), std::filesystem::perms(0666));
     std::filesystem::remove(file);
-    std::filesystem::create_symlink("/dev/null", file);
-    EXPECT_EQ(openNamedMutex(name.c_str()), nullptr);
-    std::filesystem::remove(file);
-    std::filesystem::create_directory(file);
-    EXPECT_EQ(openNamedMutex(name.c_str()), nullptr);
-    std::filesystem::remove(file);
+    for (const bool link : {true, false}) {
+        if (link)
+            std::filesystem::create_symlink("/dev/null", file);
+        else
+            std::filesystem::create_directory(file);
+        for (int call = 0; call < 2; ++call) EXPECT_EQ(elsewhere(forever), MutexWait::failed);
+        std::filesystem::remove(file);
+    }
+    EXPECT_EQ(elsewhere(0), MutexWait::obtained);
 }
