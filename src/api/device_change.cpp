@@ -3,17 +3,17 @@
 #include "api/object_table.h"
 #include "device/api_lock.h"
 #include "device/device_change.h"
+#include "device/reservation.h"
 
 namespace api {
 
-void handleDeviceChange() {
-    device::HoldingApiLock lock(device::apiLock);
-    for (uint32_t slot = 0; slot < objectCount(); ++slot) {
-        const ObjectUse object(static_cast<int>(slot));
-        if (object) device::checkSelectedDevice(*object);
-    }
+void handleDeviceChange(const std::atomic<bool>& stop) {
+    if (!device::apiLock.enterUnless(stop)) return;
+    forEachObject(device::checkSelectedDevice);
     const ObjectUse first(0);
     if (first) device::sweepDevices(*first);
+    forEachObject(device::dropLostPage);
+    device::apiLock.leave();
 }
 
 }  // namespace api

@@ -4,6 +4,8 @@
 
 #include "api/device_change.h"
 #include "api/object_table.h"
+#include "api/printer_list.h"
+#include "device/api_lock.h"
 #include "device/device_table.h"
 #include "device/message_window_thread.h"
 #include "device/selection.h"
@@ -14,6 +16,7 @@ namespace api {
 namespace {
 
 constexpr uint32_t releasePauseMilliseconds = 50;
+constexpr uint32_t firstSearchLookMilliseconds = 10;
 
 bool allocate(uint8_t*& buffer, uint32_t size) {
     if (buffer == nullptr) buffer = static_cast<uint8_t*>(std::malloc(size));
@@ -26,12 +29,26 @@ bool allocateBuffers(device::WorkingBuffers& buffers) {
            allocate(buffers.work, Buffers::workSize);
 }
 
-/// The first enumeration of the process. Later ones probe only as many device numbers as it opened devices.
+/// Whether a thread is in the first search of the process, which may be away from the ApiLock. Guarded by that.
+constinit bool firstSearchRuns = false;
+
+/// Another opening's first search is this one's as well: nothing is to be reset under it.
+void waitForFirstSearch() {
+    while (firstSearchRuns) {
+        const device::AwayFromApiLock away(device::AwayFromApiLock::Admitted::everybody);
+        platform::sleepMilliseconds(firstSearchLookMilliseconds);
+    }
+}
+
+/// The first search of the process. Later ones probe only as many device numbers as it opened devices; one that
+/// found no printer limits nothing.
 bool fillDeviceTable(PrinterObject& printer) {
     device::resetDeviceTable(0x00);
     uint8_t list[device::deviceCount];
-    const uint32_t found = zprusb_listupPrinter(list);
-    printer.scanLimit = printer.openedCount;
+    firstSearchRuns = true;
+    const uint32_t found = listPrinters(list);
+    firstSearchRuns = false;
+    if (found != 0) printer.scanLimit = printer.openedCount;
     device::deviceTableReady = found != 0;
     return device::deviceTableReady;
 }
@@ -86,6 +103,7 @@ bool isAnyThreadBound() {
 }  // namespace
 
 bool makeObjects(uint16_t count) {
+    waitForFirstSearch();
     if (count < objectCount() || count > slotCount) return false;
     setObjectCount(count);
     for (uint32_t slot = 0; slot < count; ++slot) {
@@ -95,6 +113,7 @@ bool makeObjects(uint16_t count) {
 }
 
 bool openLibrary(Purpose purpose, uint16_t* resultCode) {
+    waitForFirstSearch();
     for (uint32_t slot = 0; slot < objectCount(); ++slot) {
         if (!openSlot(slot, resultCode)) {
             releaseObjects(nullptr);

@@ -41,7 +41,6 @@ void freeObject(PrinterObject* object) {
     std::free(object->buffers.image);
     std::free(object->buffers.page);
     std::free(object->buffers.work);
-    platform::closeNamedMutex(object->pageMutex);  // an endpage that ran during the teardown may have kept it
     device::unload(object->control);
     platform::destroy(object);
 }
@@ -114,6 +113,13 @@ uint32_t objectCount() {
 void setObjectCount(uint32_t count) {
     HoldingTables lock(tablesLock);
     usedSlots = count;
+}
+
+void forEachObject(void (*function)(PrinterObject& printer)) {
+    for (uint32_t slot = 0; slot < objectCount(); ++slot) {
+        const ObjectUse object(static_cast<int>(slot));
+        if (object) function(*object);
+    }
 }
 
 bool fillSlot(uint32_t slot) {

@@ -45,6 +45,9 @@ bool isSlotBound(uint32_t slot);
 uint32_t objectCount();
 void setObjectCount(uint32_t count);
 
+/// Calls the function for the object of every slot that has one.
+void forEachObject(void (*function)(PrinterObject& printer));
+
 /// Makes an object in an empty slot.
 /// @return false when there is no memory.
 bool fillSlot(uint32_t slot);

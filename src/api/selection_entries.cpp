@@ -3,9 +3,9 @@
 
 #include "api/internal.h"
 #include "api/object_table.h"
+#include "api/printer_list.h"
 #include "device/api_lock.h"
 #include "device/device_table.h"
-#include "device/enumeration.h"
 #include "device/selection.h"
 
 using api::ObjectUse;
@@ -21,7 +21,7 @@ uint32_t listIdentities(Identity DeviceEntry::*field, void* identities, int fill
     device::HoldingApiLock lock(device::apiLock);
     auto* next = static_cast<char*>(std::memset(identities, filler, sizeof(Identity) * device::deviceCount));
     uint8_t list[device::deviceCount];
-    const uint32_t found = zprusb_listupPrinter(list);
+    const uint32_t found = api::listPrinters(list);
     if (found >= device::deviceCount) return 0;
     for (uint32_t i = 0; i < found; ++i) {
         std::memcpy(next, &(device::deviceTable[list[i]].*field), sizeof(Identity));
@@ -44,14 +44,7 @@ Result onBoundPrinter(Result withoutObject, uint16_t* resultCode, Select select)
 uint32_t zprusb_listupPrinter(uint8_t* list) {
     if (list == nullptr) return 0;
     device::HoldingApiLock lock(device::apiLock);
-    std::memset(list, ZPRUSB_LIST_END, device::deviceCount);
-    const ObjectUse first(0);
-    if (!first) return 0;
-    const uint8_t selected = (*first).deviceIndex;
-    const uint32_t found = device::enumeratePrinters(*first, list);
-    // The calling thread's object takes the pipe handles anew.
-    if (selected != device::noDeviceIndex) zprusb_selectPrinter(selected, nullptr);
-    return found;
+    return api::listPrinters(list);
 }
 
 uint32_t zprusb_listupPrinterLbl(char* labels) {

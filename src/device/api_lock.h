@@ -1,15 +1,88 @@
 #pragma once
 
+#include <atomic>
+#include <cstdint>
+
 #include "platform/lock.h"
 
 namespace device {
 
-/// Serialises the entry points, the transfers on worker threads and the handling of device changes. It stands
-/// here with its lowest user, the transport. Order: an entry point that takes it takes it before a printer's
-/// named mutex; one that runs without it takes the mutex first and this lock inside its transfers. The limit
-/// of 500 ms on the wait for the mutex keeps the two orders from blocking each other for longer.
-inline constinit platform::RecursiveLock apiLock;
+/// Serialises the entry points, the transfers on worker threads and the handling of device changes. A thread
+/// that holds it may enter it again, and has to leave it as often as it entered.
+///
+/// Threads get it in the order in which they came, but those that own a printer before all others: a printer
+/// whose page or exchange is under way doesn't wait long for its next bytes.
+///
+/// Nobody waits for a printer while holding it: see AwayFromApiLock. So it may be entered before a printer's
+/// named mutex is waited for as well as after.
+class ApiLock {
+public:
+    constexpr ApiLock() = default;
+    ApiLock(const ApiLock&) = delete;
+    ApiLock& operator=(const ApiLock&) = delete;
 
-using HoldingApiLock = platform::Holding<platform::RecursiveLock>;
+    void enter();
+
+    /// Gives up soon after `stop` has been set.
+    /// @return whether the calling thread has the lock now.
+    bool enterUnless(const std::atomic<bool>& stop);
+
+    void leave();
+
+private:
+    friend class AwayFromApiLock;
+
+    struct Waiter {
+        explicit Waiter(uint32_t self) : thread(self) {}
+        const uint32_t thread;
+        bool admitted = false;
+        platform::Condition admission;
+        Waiter* next = nullptr;
+    };
+
+    /// Those who wait, in the order in which they came.
+    struct Queue {
+        Waiter* first = nullptr;
+        void append(Waiter& waiter);
+        void remove(Waiter& waiter);
+    };
+
+    bool isHeldBy(uint32_t thread) const { return holder_.load(std::memory_order_relaxed) == thread; }
+    bool mayEnter(bool privileged) const;
+    void take(uint32_t thread);
+    void wait(Waiter& waiter, Queue& queue, const std::atomic<bool>* stop);
+    bool enterAs(uint32_t thread, bool privileged, const std::atomic<bool>* stop);
+    void passOn();
+
+    platform::Lock gate_;  // a leaf; guards all that follows
+    std::atomic<uint32_t> holder_{
+        0};  // thread identifier; read by any thread, which can mistake no other's for its own
+    uint32_t depth_ = 0;
+    uint32_t lenders_ = 0;  // threads that are away and admit owners of printers only
+    Queue privileged_;
+    Queue others_;
+};
+
+inline constinit ApiLock apiLock;
+
+using HoldingApiLock = platform::Holding<ApiLock>;
+
+/// While it lives, the calling thread is without the lock, however often it had entered it. Does nothing in a
+/// thread that doesn't hold it.
+class AwayFromApiLock {
+public:
+    /// Who may enter meanwhile. For an operation on an object it is those who have a page open or an exchange
+    /// under way, so that nobody else selects, checks or closes anything in the midst of that operation.
+    enum class Admitted { ownersOfPrinters, everybody };
+
+    explicit AwayFromApiLock(Admitted admitted);
+    ~AwayFromApiLock();
+    AwayFromApiLock(const AwayFromApiLock&) = delete;
+    AwayFromApiLock& operator=(const AwayFromApiLock&) = delete;
+
+private:
+    uint32_t depth_ = 0;  // 0: the thread didn't hold the lock
+    Admitted admitted_;
+};
 
 }  // namespace device

@@ -6,8 +6,6 @@ namespace device {
 
 namespace {
 
-using HoldingTable = platform::Holding<platform::Lock>;
-
 void clearIdentity(DeviceEntry& entry) {
     entry.printerId = {};
     entry.printerLabel = {};
@@ -39,6 +37,7 @@ DeviceEntry* openEntry(uint32_t index) {
 void resetDeviceTable(uint8_t idByte) {
     for (DeviceEntry& entry : deviceTable) {
         entry.handle = noDevice;
+        entry.isNew = false;
         replaceEntryMutex(entry, nullptr);
         entry.vendorProduct = 0;
         entry.printerId = filledPrinterId(idByte);
@@ -70,14 +69,14 @@ void closeEntryPipe(const UsbControlLibrary& control, platform::PipeHandle& pipe
 void closeEntryDevice(const UsbControlLibrary& control, DeviceEntry& entry) {
     if (control.loaded) control.close(entry.handle);
     entry.handle = noDevice;
+    entry.isNew = false;
     entry.vendorProduct = 0;
     clearIdentity(entry);
     dropEntryMutex(entry);
 }
 
 void releaseAllDeviceMutexes(PrinterObject& printer) {
-    for (uint32_t index = 0; index < printer.scanLimit; ++index) {
-        DeviceEntry& entry = deviceTable[index];
+    for (DeviceEntry& entry : deviceTable) {
         if (entry.mutex == nullptr) continue;
         dropEntryMutex(entry);
         clearIdentity(entry);
@@ -86,8 +85,7 @@ void releaseAllDeviceMutexes(PrinterObject& printer) {
 }
 
 void closeAllDevices(PrinterObject& printer) {
-    for (uint32_t index = 0; index < printer.scanLimit; ++index) {
-        DeviceEntry& entry = deviceTable[index];
+    for (DeviceEntry& entry : deviceTable) {
         if (entry.handle != noDevice) closeEntryDevice(printer.control, entry);
         closeEntryPipe(printer.control, entry.writePipe, writePipeAbandoned);
         closeEntryPipe(printer.control, entry.readPipe, readPipeAbandoned);
@@ -96,6 +94,7 @@ void closeAllDevices(PrinterObject& printer) {
     printer.writer.pipe = platform::noPipe;
     printer.reader.pipe = platform::noPipe;
     deviceTableReady = false;
+    ++deviceTableGeneration;
     printer.opened = false;
 }
 

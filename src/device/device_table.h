@@ -15,17 +15,23 @@ struct DeviceEntry {
     std::atomic<uint32_t> vendorProduct{0};
     PrinterId printerId{};
     PrinterLabel printerLabel{};
+    bool isNew = false;  // opened, but a search has not yet found out whether it is a printer
     platform::PipeHandle writePipe = 0;
     platform::PipeHandle readPipe = 0;
 };
 
 inline constinit std::array<DeviceEntry, deviceCount> deviceTable{};
 
-/// A leaf: nothing is waited for while it is held. Also guards every object's `pageMutex`.
+/// A leaf: nothing is waited for while it is held. Also guards every object's `pageMutex` and `pageDevice`.
 inline constinit platform::Lock deviceTableLock;
+using HoldingTable = platform::Holding<platform::Lock>;
 
 /// Whether the table is filled; guarded by the ApiLock.
 inline constinit bool deviceTableReady = false;
+
+/// Goes up when all devices are closed: a search that was waiting meanwhile has nothing left to fill. Guarded
+/// by the ApiLock.
+inline constinit uint32_t deviceTableGeneration = 0;
 
 /// The entry of an index, or null if there is none or no device is open in it.
 DeviceEntry* openEntry(uint32_t index);

@@ -2,11 +2,13 @@
 
 #include <string_view>
 
-#include "platform/thread.h"
+#include "device/api_lock.h"
 
 namespace device {
 
 namespace {
+
+constexpr uint32_t waitMilliseconds = 100;  // between two looks at whether a new device is still there
 
 /// Where a device's interface path, such as \\?\usb#vid_5a2c&pid_0012#…, carries what is looked at.
 constexpr size_t nameCapacity = 1024;
@@ -71,30 +73,61 @@ bool refreshOpenDevice(const UsbControlLibrary& control, DeviceHandle handle) {
     return true;
 }
 
-/// Opens the pipes of a device that has just been opened, if it is a printer. While it does, it holds the
-/// device's mutex.
-bool setUpNewDevice(PrinterObject& printer, DeviceHandle handle) {
-    DeviceEntry& entry = deviceTable[handle];
-    entry.handle = handle;
-    DeviceName name;
-    readName(printer.control, handle, name);
-    replaceEntryMutex(entry, openMutexOf(name));
-    platform::waitForNamedMutex(entry.mutex, platform::forever);
-    bool found = false;
-    if (isPrinter(name)) {
-        entry.vendorProduct = supportedPrinter;
-        found = openPipes(printer.control, entry);
+/// Waits for a new device's mutex, a while at a time. A thread of this process that holds it is not waited for:
+/// it keeps other processes away just as well, and may itself be waiting for this search.
+/// @return whether the wait is over.
+bool waitAWhile(platform::NamedMutex* mutex, bool& obtained) {
+    using platform::MutexWait;
+    MutexWait wait = platform::waitForNamedMutex(mutex, 0);
+    if (wait == MutexWait::timedOut) {
+        if (platform::isOwnedByThisProcess(mutex)) return true;
+        const AwayFromApiLock away(AwayFromApiLock::Admitted::everybody);
+        wait = platform::waitForNamedMutex(mutex, waitMilliseconds);
     }
-    platform::releaseNamedMutex(entry.mutex);
+    obtained = wait == MutexWait::obtained || wait == MutexWait::abandoned;
+    return wait != MutexWait::timedOut;
+}
+
+/// Opens the pipes of a device that has just been opened, if it is a printer.
+bool openIfPrinter(const UsbControlLibrary& control, DeviceEntry& entry, const DeviceName& name) {
+    if (!isPrinter(name)) return false;
+    entry.vendorProduct = supportedPrinter;
+    return openPipes(control, entry);
+}
+
+void discardDevice(const UsbControlLibrary& control, DeviceEntry& entry) {
+    replaceEntryMutex(entry, nullptr);
+    const DeviceHandle handle = entry.handle.exchange(noDevice);
+    control.close(handle);
+    entry.vendorProduct = 0;
+}
+
+/// Finds out about a new device, and holds its mutex while it does. During the wait another search may be
+/// faster, and the device may be closed.
+/// @return whether it is an open printer now.
+bool setUpNewDevice(const UsbControlLibrary& control, DeviceEntry& entry, const DeviceName& name) {
+    const uint32_t generation = deviceTableGeneration;
+    platform::NamedMutex* mutex = shareEntryMutex(entry);
+    bool obtained = false;
+    while (entry.isNew && generation == deviceTableGeneration && !waitAWhile(mutex, obtained)) continue;
+    const bool stillThere = generation == deviceTableGeneration && entry.handle != noDevice;
+    const bool isOurs = stillThere && entry.isNew;
+    const bool found = isOurs ? openIfPrinter(control, entry, name) : stillThere;
+    if (isOurs) entry.isNew = false;
+    if (obtained) platform::releaseNamedMutex(mutex);
+    platform::closeNamedMutex(mutex);
+    if (isOurs && !found) discardDevice(control, entry);
     return found;
 }
 
-void discardDevice(const UsbControlLibrary& control, DeviceHandle handle) {
+/// Enters a device that has just been opened, or that another search has opened and is waiting for.
+DeviceEntry& enterNewDevice(const UsbControlLibrary& control, DeviceHandle handle, DeviceName& name) {
     DeviceEntry& entry = deviceTable[handle];
-    replaceEntryMutex(entry, nullptr);
-    entry.handle = noDevice;
-    control.close(handle);
-    entry.vendorProduct = 0;
+    entry.handle = handle;
+    readName(control, handle, name);
+    if (!entry.isNew) replaceEntryMutex(entry, openMutexOf(name));
+    entry.isNew = true;
+    return entry;
 }
 
 /// @return the printer's handle, or `noDevice` when there is no printer of that number.
@@ -109,23 +142,31 @@ DeviceHandle probe(PrinterObject& printer, uint32_t deviceNumber, uint16_t& open
         control.close(handle);
         return noDevice;
     }
-    if (wasOpen) return refreshOpenDevice(control, handle) ? handle : noDevice;
-    if (setUpNewDevice(printer, handle)) return handle;
-    discardDevice(control, handle);
-    return noDevice;
+    if (wasOpen && !deviceTable[handle].isNew) return refreshOpenDevice(control, handle) ? handle : noDevice;
+    DeviceName name;
+    return setUpNewDevice(control, enterNewDevice(control, handle, name), name) ? handle : noDevice;
 }
 
 }  // namespace
 
 uint32_t enumeratePrinters(PrinterObject& printer, uint8_t* list) {
     if (!printer.control.loaded) return 0;
+    const uint32_t generation = deviceTableGeneration;
     uint32_t found = 0;
     uint16_t openedCount = 0;
     for (uint32_t deviceNumber = 0; deviceNumber < printer.scanLimit; ++deviceNumber) {
         const DeviceHandle handle = probe(printer, deviceNumber, openedCount);
+        if (generation != deviceTableGeneration) return 0;
         if (handle != noDevice) list[found++] = static_cast<uint8_t>(handle);
     }
     return found;
+}
+
+void forgetStalePipes(PrinterObject& printer) {
+    const DeviceEntry* entry = openEntry(printer.deviceIndex);
+    if (entry == nullptr) return;
+    if (printer.writer.pipe != entry->writePipe) printer.writer.pipe = platform::noPipe;
+    if (printer.reader.pipe != entry->readPipe) printer.reader.pipe = platform::noPipe;
 }
 
 }  // namespace device

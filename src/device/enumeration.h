@@ -4,11 +4,15 @@
 
 namespace device {
 
-/// Finds the printers among the devices of the control library, opens the new ones into the device table, and
-/// waits without limit for a new one that another process is using. Finds nothing while the object's control
-/// library is not loaded.
+/// Finds the printers among the devices of the control library and opens the new ones into the device table.
+/// Waits for a new one that another process is using, without limit, but away from the ApiLock: other calls go
+/// on meanwhile, and may find or close the same devices. Finds nothing while the object's control library is
+/// not loaded, and when all devices were closed during the wait.
 /// @param list room for `deviceCount` bytes; receives the device index of each printer in the order found.
 /// @return the number of printers found.
 uint32_t enumeratePrinters(PrinterObject& printer, uint8_t* list);
+
+/// Makes the object forget pipes that its device has no more, since a search has opened the device anew.
+void forgetStalePipes(PrinterObject& printer);
 
 }  // namespace device

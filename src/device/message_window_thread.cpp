@@ -1,7 +1,5 @@
 #include "device/message_window_thread.h"
 
-#include <atomic>
-
 #include "platform/memory.h"
 #include "platform/message_window.h"
 #include "platform/thread.h"
@@ -32,7 +30,7 @@ void threadBody(void* argument) {
         platform::WindowMessage message;
         if (platform::takeMessage(window, message) && message.number == platform::messageDeviceChange &&
             message.parameter == platform::deviceNodesChanged) {
-            own->handler();
+            own->handler(own->windowThreadStop);
         }
         platform::sleepMilliseconds(pollMilliseconds);
     }

@@ -1,16 +1,18 @@
 /// The background thread that the system tells of device changes. At most one runs per process.
 #pragma once
 
+#include <atomic>
+
 namespace device {
 
 /// Runs on the thread for each change of the device nodes.
-using DeviceChangeHandler = void (*)();
+/// @param stop set while it runs once the thread is to end: the handler then waits for nothing any more.
+using DeviceChangeHandler = void (*)(const std::atomic<bool>& stop);
 
 /// Starts the thread unless it has been started. The caller holds the ApiLock.
 void startMessageWindowThread(DeviceChangeHandler handler);
 
-/// Asks the thread to end and waits for it at most 5 s, with the ApiLock held by the caller. A thread that
-/// waits for that lock right then ends after the lock is left; its handler finds nothing open any more.
+/// Asks the thread to end and waits for it, with the ApiLock held by the caller: about 0.2 s, and at most 5 s.
 void stopMessageWindowThread();
 
 }  // namespace device

@@ -70,8 +70,9 @@ struct PrinterObject {
     std::optional<UpdateSession> update;  // there in an object that was opened for update
     uint16_t scanLimit = deviceCount;     // device numbers that an enumeration probes
     uint16_t openedCount = 0;             // devices that the last enumeration opened
-    // What the last page start reserved; guarded by the device table.
+    // What the last page start reserved, and where in the device table; guarded by deviceTableLock.
     platform::NamedMutex* pageMutex = nullptr;
+    uint8_t pageDevice = noDeviceIndex;
     uint32_t uses = 0;  // holders of this object; guarded by the object table
 };
 

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "device/api_lock.h"
+
 namespace device {
 
 namespace {
@@ -22,14 +24,47 @@ uint16_t codeOfWait(MutexWait wait) {
     return ZPRUSB_UNEXPECTED;
 }
 
-NamedMutex* exchangePageMutex(PrinterObject& printer, NamedMutex* mutex) {
-    platform::Holding<platform::Lock> lock(deviceTableLock);
-    return std::exchange(printer.pageMutex, mutex);
+NamedMutex* shareSelectedMutex(const std::atomic<uint8_t>& deviceIndex) {
+    DeviceEntry* entry = openEntry(deviceIndex);
+    return entry != nullptr ? shareEntryMutex(*entry) : nullptr;
 }
 
-NamedMutex* shareSelectedMutex(const PrinterObject& printer) {
-    DeviceEntry* entry = openEntry(printer.deviceIndex);
-    return entry != nullptr ? shareEntryMutex(*entry) : nullptr;
+NamedMutex* shareKeptMutex(const PrinterObject& printer) {
+    const HoldingTable lock(deviceTableLock);
+    return platform::shareNamedMutex(printer.pageMutex);
+}
+
+/// Forgets what the last page start kept if it is this mutex.
+void forgetPage(PrinterObject& printer, NamedMutex* mutex) {
+    NamedMutex* kept = nullptr;
+    {
+        const HoldingTable lock(deviceTableLock);
+        if (printer.pageMutex == mutex) std::swap(kept, printer.pageMutex);
+    }
+    platform::closeNamedMutex(kept);
+}
+
+/// Releases a mutex of which the caller has a use, and ends the use.
+bool releaseOnce(PrinterObject& printer, NamedMutex* mutex) {
+    const bool released = platform::releaseNamedMutex(mutex);
+    if (released) forgetPage(printer, mutex);
+    platform::closeNamedMutex(mutex);
+    return released;
+}
+
+/// Waits only if it has to, and then without the ApiLock.
+MutexWait waitForPrinter(NamedMutex* mutex) {
+    const MutexWait atOnce = platform::waitForNamedMutex(mutex, 0);
+    if (atOnce != MutexWait::timedOut) return atOnce;
+    const AwayFromApiLock away(AwayFromApiLock::Admitted::ownersOfPrinters);
+    return platform::waitForNamedMutex(mutex, reservationLimitMilliseconds);
+}
+
+/// Another thread may have selected another printer for the object during the wait.
+bool isSelected(const std::atomic<uint8_t>& deviceIndex, NamedMutex* mutex) {
+    const DeviceEntry* entry = openEntry(deviceIndex);
+    const HoldingTable lock(deviceTableLock);
+    return entry != nullptr && entry->mutex == mutex;
 }
 
 }  // namespace
@@ -40,33 +75,59 @@ Reservation::~Reservation() {
 }
 
 void Reservation::keepForPage(PrinterObject& printer) {
-    platform::closeNamedMutex(exchangePageMutex(printer, std::exchange(mutex_, nullptr)));
+    NamedMutex* former = std::exchange(mutex_, nullptr);
+    bool wasUnplugged = false;
+    {
+        const HoldingTable lock(deviceTableLock);
+        wasUnplugged = former == printer.pageMutex && printer.pageDevice != printer.deviceIndex;
+        std::swap(former, printer.pageMutex);
+        printer.pageDevice = printer.deviceIndex;
+    }
+    // The same printer has come back as another device: the page that it lost has nothing to keep any more.
+    if (wasUnplugged) platform::releaseNamedMutex(former);
+    platform::closeNamedMutex(former);
+}
+
+Reservation acquireDevice(const std::atomic<uint8_t>& deviceIndex, uint16_t* resultCode) {
+    for (;;) {
+        if (openEntry(deviceIndex) == nullptr) {
+            setResult(resultCode, ZPRUSB_NO_PRINTER);
+            return Reservation();
+        }
+        NamedMutex* mutex = shareSelectedMutex(deviceIndex);
+        const MutexWait wait = waitForPrinter(mutex);
+        setResult(resultCode, codeOfWait(wait));
+        if (wait == MutexWait::obtained && isSelected(deviceIndex, mutex)) return Reservation(mutex);
+        // An abandoned mutex now belongs to this thread: given back at once, it is in order for the next
+        // attempt.
+        if (wait == MutexWait::obtained || wait == MutexWait::abandoned) platform::releaseNamedMutex(mutex);
+        platform::closeNamedMutex(mutex);
+        if (wait != MutexWait::obtained) return Reservation();
+    }
 }
 
 Reservation acquireDevice(const PrinterObject& printer, uint16_t* resultCode) {
-    DeviceEntry* entry = openEntry(printer.deviceIndex);
-    if (entry == nullptr) {
-        setResult(resultCode, ZPRUSB_NO_PRINTER);
-        return Reservation();
-    }
-    NamedMutex* mutex = shareEntryMutex(*entry);
-    const MutexWait wait = platform::waitForNamedMutex(mutex, reservationLimitMilliseconds);
-    setResult(resultCode, codeOfWait(wait));
-    if (wait == MutexWait::obtained) return Reservation(mutex);
-    // An abandoned mutex now belongs to this thread: given back at once, it is in order for the next attempt.
-    if (wait == MutexWait::abandoned) platform::releaseNamedMutex(mutex);
-    platform::closeNamedMutex(mutex);
-    return Reservation();
+    return acquireDevice(printer.deviceIndex, resultCode);
 }
 
 void releasePage(PrinterObject& printer) {
-    NamedMutex* selected = shareSelectedMutex(printer);
-    NamedMutex* kept = exchangePageMutex(printer, nullptr);
-    const bool ended =
-        platform::releaseNamedMutex(selected) ? kept == selected : platform::releaseNamedMutex(kept);
-    if (!ended) kept = exchangePageMutex(printer, kept);  // the page is another printer's or another thread's
-    platform::closeNamedMutex(kept);
-    platform::closeNamedMutex(selected);
+    if (!releaseOnce(printer, shareSelectedMutex(printer.deviceIndex)))
+        releaseOnce(printer, shareKeptMutex(printer));
+}
+
+void releaseSection(PrinterObject& printer) {
+    NamedMutex* selected = shareSelectedMutex(printer.deviceIndex);
+    releaseOnce(printer, selected != nullptr ? selected : shareKeptMutex(printer));
+}
+
+void dropLostPage(PrinterObject& printer) {
+    NamedMutex* lost = nullptr;
+    {
+        const HoldingTable lock(deviceTableLock);
+        if (openEntry(printer.pageDevice) == nullptr) std::swap(lost, printer.pageMutex);
+    }
+    platform::revokeNamedMutex(lost);
+    platform::closeNamedMutex(lost);
 }
 
 }  // namespace device

@@ -19,21 +19,34 @@ public:
     Reservation& operator=(const Reservation&) = delete;
     explicit operator bool() const { return mutex_ != nullptr; }
 
-    /// Leaves the printer reserved until releasePage().
+    /// Leaves the printer reserved until the page ends.
     void keepForPage(PrinterObject& printer);
 
 private:
     platform::NamedMutex* mutex_ = nullptr;
 };
 
-/// The first step of every operation that talks to the printer: waits at most 500 ms for it.
+/// The first step of every operation that talks to the printer: waits at most 500 ms for it. A thread that
+/// holds the ApiLock is without it while it waits, so that the owner can go on; what is reserved is the printer
+/// that is selected after the wait.
 /// @return an empty reservation on failure, with 2000 (no printer selected, or it is gone), 1500 (busy, or its
 ///         last owner ended without releasing it) or 2504; otherwise the code is 0.
 Reservation acquireDevice(const PrinterObject& printer, uint16_t* resultCode);
 
-/// Gives a printer free once: the selected one, or else, when the calling thread doesn't hold that, the one
+/// The same for a device of the table, whether or not an object has selected it.
+Reservation acquireDevice(const std::atomic<uint8_t>& deviceIndex, uint16_t* resultCode);
+
+/// Ends a page: releases the selected printer once, or else, when the calling thread doesn't hold that, the one
 /// that the object's last page start kept, which may have been unplugged since. Does nothing when the calling
 /// thread holds neither.
 void releasePage(PrinterObject& printer);
+
+/// What a section that fails ends: the page on the selected printer. The one that was kept only when no printer
+/// is selected any more.
+void releaseSection(PrinterObject& printer);
+
+/// Takes the printer back from the object's page if the printer is gone from the device table, whichever thread
+/// the page is of.
+void dropLostPage(PrinterObject& printer);
 
 }  // namespace device

@@ -1,5 +1,5 @@
-/// Locks between the threads of one process. Both kinds need no start and no end, so they can stand in static
-/// storage without a constructor or destructor that runs.
+/// Locks between the threads of one process, and waiting with one. They need no start and no end, so they can
+/// stand in static storage without a constructor or destructor that runs.
 #pragma once
 
 #include <cstdint>
@@ -18,20 +18,26 @@ public:
     void leave();
 
 private:
+    friend class Condition;
     LockStorage storage_;
 };
 
-/// A thread that holds it may enter it again, and has to leave it as often as it entered.
-class RecursiveLock {
+/// Where a thread waits, with a Lock held, for what another thread does under that lock. A wait may end without
+/// reason: what is waited for has to be looked at again.
+class Condition {
 public:
-    constexpr RecursiveLock() = default;
-    RecursiveLock(const RecursiveLock&) = delete;
-    RecursiveLock& operator=(const RecursiveLock&) = delete;
-    void enter();
-    void leave();
+    constexpr Condition() = default;
+    Condition(const Condition&) = delete;
+    Condition& operator=(const Condition&) = delete;
+
+    /// Leaves the lock while it waits.
+    /// @param milliseconds how long to wait at most; `forever` of platform/thread.h waits without limit.
+    void wait(Lock& lock, uint32_t milliseconds);
+
+    void wakeOne();
 
 private:
-    RecursiveLockStorage storage_;
+    ConditionStorage storage_;
 };
 
 /// Holds a lock for as long as it lives.

@@ -25,8 +25,13 @@ NamedMutex* shareNamedMutex(NamedMutex* mutex);
 /// Accepts null.
 void closeNamedMutex(NamedMutex* mutex);
 
-/// Gives up what the calling thread still owns although the process has closed it. Costs next to nothing when
-/// there is no such mutex.
+/// Ends the ownership of whichever thread of this process has it, however often that thread has obtained it, as
+/// after a release. On Windows another thread than the calling one keeps it until it calls
+/// releaseClosedMutexes(). Accepts null.
+void revokeNamedMutex(NamedMutex* mutex);
+
+/// Gives up what the calling thread still owns although the process has closed or revoked it. Costs next to
+/// nothing when there is no such mutex.
 void releaseClosedMutexes();
 
 enum class MutexWait {
@@ -46,5 +51,8 @@ bool releaseNamedMutex(NamedMutex* mutex);
 
 /// Whether a thread of this process owns it, the calling one or another; false for null.
 bool isOwnedByThisProcess(NamedMutex* mutex);
+
+/// Whether the calling thread owns any.
+bool threadOwnsNamedMutex();
 
 }  // namespace platform

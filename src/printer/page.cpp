@@ -96,7 +96,7 @@ bool startLongPage(PrinterObject& printer, uint16_t* pageId, uint8_t sectionInde
     };
     if (sectionIndex == 0) return beginReservedPage(printer, pageId, resultCode, send);
     const bool begun = beginPage(printer, pageId, resultCode, send);
-    if (!begun) device::releasePage(printer);  // the whole print that this section belongs to ends with it
+    if (!begun) device::releaseSection(printer);  // the whole print that this section belongs to ends with it
     return begun;
 }
 

@@ -11,7 +11,8 @@ using device::PrinterObject;
 /// @return whether it is ready, with 0.
 bool queryStatus(PrinterObject& printer, uint16_t* resultCode);
 
-/// Asks several printers. The object selects each in turn, and its own one again at the end if it had one.
+/// Asks several printers. The object keeps its own one; if it had none, it selects the last one that is
+/// present.
 /// @param printerList ended by 0xFF or after 128 numbers.
 /// @param results one code for each number; 2000 for a printer that is not present.
 /// @return whether at least one is ready.

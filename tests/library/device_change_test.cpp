@@ -1,6 +1,8 @@
 #include <chrono>
+#include <functional>
 
 #include "api/internal.h"
+#include "api/object_table.h"
 #include "calls.h"
 #include "open_printer.h"
 #include "operations.h"
@@ -100,14 +102,82 @@ TEST_F(PluggedPrinters, areNotLookedAtOnOtherDeviceMessages) {
     EXPECT_TRUE(isCalled("Close 0"));
 }
 
-TEST_F(PluggedPrinters, areNotKeptBusyByAPageThatWasOpenWhenTheyWereUnplugged) {
-    EXPECT_EQ(codeOf(zprusb_startpage, nullptr), ZPRUSB_SUCCESS);
+TEST_F(PluggedPrinters, areFreeAgainThoughAPageWasOpenWhenTheyWereUnplugged) {
+    const uint8_t data = 0;
+    const uint32_t length = 1;
+    // What the page's owner does then: nothing at all, what it always did, or a new page.
+    const std::function<void()> endings[] = {
+        [] {},
+        [&] {
+            EXPECT_EQ(codeOf(zprusb_write, &data, &length), ZPRUSB_COMMUNICATION);
+            EXPECT_EQ(codeOf(zprusb_endpage), ZPRUSB_SUCCESS);
+        },
+        [] {
+            EXPECT_EQ(zprusb_selectPrinter(0, nullptr), 0u);
+            EXPECT_EQ(codeOf(zprusb_startpage, nullptr), ZPRUSB_SUCCESS);
+            EXPECT_EQ(codeElsewhere(zprusb_status), ZPRUSB_PRINTER_BUSY);
+            EXPECT_EQ(codeOf(zprusb_endpage), ZPRUSB_SUCCESS);
+        },
+    };
+    size_t round = 0;
+    for (const auto& end : endings) {
+        zprusb_selectPrinter(0, nullptr);
+        EXPECT_EQ(codeOf(zprusb_startpage, nullptr), ZPRUSB_SUCCESS);
+        unplug(0, ++round);
+        bus[0].plugIn();
+        std::jthread([] { EXPECT_EQ(listPrinters(), (Bytes{0, 1})); }).join();
+        end();
+        EXPECT_EQ(zprusb_selectPrinter(0, nullptr), 0u);
+        EXPECT_EQ(codeElsewhere(zprusb_status), ZPRUSB_SUCCESS) << round;
+    }
+}
+
+TEST_F(PluggedPrinters, areReleasedByEndingThePageOnTwoThreadsAtOnceThoughTheyAreGone) {
+    std::atomic<int> turn = 0;  // odd while the other thread ends the page
+    std::jthread other([&](const std::stop_token& stop) {
+        while (!stop.stop_requested()) {
+            if (turn % 2 == 0) continue;  // without a pause: both shall be within the same microsecond
+            for (int i = 0; i < 100; ++i) zprusb_endpage(nullptr);
+            ++turn;
+        }
+    });
+    for (int round = 0; round < 800 && !HasFailure(); ++round) {
+        EXPECT_EQ(codeOf(zprusb_startpage, nullptr), ZPRUSB_SUCCESS);
+        (*api::ObjectUse(0)).deviceIndex = device::noDeviceIndex;  // as when it is unplugged
+        ++turn;
+        zprusb_endpage(nullptr);
+        while (turn % 2 != 0) std::this_thread::yield();
+        EXPECT_EQ(zprusb_selectPrinter(0, nullptr), 0u);
+        EXPECT_EQ(codeElsewhere(zprusb_status), ZPRUSB_SUCCESS) << round;
+    }
+}
+
+TEST_F(PluggedPrinters, areClosedByTheLastCloseHoweverManyThereWere) {
     unplug(0);
+    zprusb_close();
+    EXPECT_EQ(codeOf(zprusb_open), ZPRUSB_SUCCESS);  // only one is there, so that is as far as searches look
     bus[0].plugIn();
-    std::jthread other([] { EXPECT_EQ(listPrinters(), (Bytes{0, 1})); });
-    EXPECT_TRUE(isCalled("Open 0", 2));
-    EXPECT_EQ(codeOf(zprusb_endpage), ZPRUSB_SUCCESS);
-    other.join();
-    EXPECT_EQ(zprusb_selectPrinter(0, nullptr), 0u);
-    EXPECT_EQ(codeElsewhere(zprusb_status), ZPRUSB_SUCCESS);
+    EXPECT_EQ(listPrinters(), Bytes{0});
+    for (int round = 0; round < 2; ++round) {
+        zprusb_close();
+        EXPECT_EQ(bus.countCalls("Open 1"), bus.countCalls("Close 1"));
+        EXPECT_EQ(codeOf(zprusb_open), ZPRUSB_SUCCESS);
+        EXPECT_EQ(listPrinters(), (Bytes{0, 1}));
+    }
+    for (FakeDevice* device : {&bus[0], &bus[1]}) device->unplug();
+    zprusb_close();
+    EXPECT_EQ(zprusb_MakeObject(1), 0u);
+    bus[1].plugIn();
+    EXPECT_EQ(codeOf(zprusb_open), ZPRUSB_SUCCESS) << "after a search that found nothing";
+}
+
+TEST_F(PluggedPrinters, doNotKeepTheLibraryFromClosingWhenTheyHaveJustChanged) {
+    for (int round = 0; round < 20; ++round) {
+        reportDeviceChange();
+        platform::sleepMilliseconds(static_cast<uint32_t>(round) * 10);
+        const auto start = std::chrono::steady_clock::now();
+        zprusb_close();
+        EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(4));
+        EXPECT_EQ(codeOf(zprusb_open), ZPRUSB_SUCCESS);
+    }
 }

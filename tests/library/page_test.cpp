@@ -62,6 +62,41 @@ TEST_F(Pages, ofGreatLengthEndWithASectionThatFails) {
     EXPECT_TRUE(isFree());
 }
 
+TEST_F(Pages, ofGreatLengthKeepTheirPrinterWhenASectionFailsOnAnotherOne) {
+    bus[1].answer(printLong, errorAnswer(0x31));
+    EXPECT_EQ(codeOf(zprusb_startpagelong, nullptr, uint8_t{0}), ZPRUSB_SUCCESS);
+    EXPECT_EQ(zprusb_selectPrinter(1, nullptr), 1u);
+    EXPECT_EQ(codeOf(zprusb_startpagelong, nullptr, uint8_t{1}), ZPRUSB_CONDITION_2101);
+    EXPECT_EQ(zprusb_selectPrinter(0, nullptr), 0u);
+    EXPECT_FALSE(isFree());
+}
+
+TEST_F(Pages, areNotHeldUpByOtherThreadsThatWaitForTheirPrinter) {
+    const uint8_t data = 0;
+    const uint32_t length = 1;
+    const uint8_t list[] = {1, 0, ZPRUSB_LIST_END};
+    uint16_t codes[2] = {};
+    // The other thread works with the same object, so nothing of that may change while it waits.
+    const std::function<uint16_t()> waits[] = {[] { return codeOf(zprusb_status); },
+                                               [&] {
+                                                   zprusb_statusAll(list, codes);
+                                                   return codes[1];
+                                               }};
+    for (const auto& wait : waits) {
+        EXPECT_EQ(codeOf(zprusb_startpage, nullptr), ZPRUSB_SUCCESS);
+        bus[0].forgetPieces();
+        std::atomic<uint16_t> code = 0xABCD;
+        std::jthread other([&] { code = wait(); });
+        platform::sleepMilliseconds(150);
+        EXPECT_EQ(selectedPrinter(), 0u);
+        EXPECT_EQ(codeOf(zprusb_write, &data, &length), ZPRUSB_SUCCESS);
+        EXPECT_EQ(bus[0].pieces(1).front(), Bytes{0});
+        EXPECT_EQ(codeOf(zprusb_endpage), ZPRUSB_SUCCESS);
+        other.join();
+        EXPECT_EQ(code, ZPRUSB_SUCCESS);
+    }
+}
+
 TEST_F(Pages, startWithFourLooksAtTheStatusAndTheJobNumberAfterThePrintersLastOne) {
     const uint8_t numbers[][3] = {{0, 7, 8}, {0, 0, 1}, {0, 254, 255}, {0, 255, 1}, {2, 7, 8}, {2, 255, 1}};
     for (const auto& [printer, last, next] : numbers) {

@@ -47,16 +47,41 @@ TEST_F(OpenPrinter, isBusyOnceAfterItsOwnerHasEndedWithoutEndingThePage) {
     EXPECT_EQ(codeOf(zprusb_endpage), ZPRUSB_SUCCESS);
 }
 
-TEST(Opening, waitsForAPrinterThatAnotherProcessHasAPageOpenOn) {
+TEST(Opening, waitsForAPrinterOfAnotherProcessAndKeepsNoOtherCallWaiting) {
+    FakeBus bus(2);
+    std::swap(bus[0].path, bus[1].path);
+    std::swap(bus[0].handle, bus[1].handle);
+    BusyProcess process;
+    EXPECT_EQ(zprusb_MakeObject(0), 0u);
+    std::atomic<int> opened = 0;
+    const auto open = [&] {
+        EXPECT_EQ(codeOf(zprusb_open), ZPRUSB_SUCCESS);
+        EXPECT_EQ(listPrinters(), (Bytes{1, 0}));
+        ++opened;
+    };
+    std::jthread first(open);
+    while (bus.countCalls("Open 1") == 0) std::this_thread::yield();
+    std::jthread second(open);
+    EXPECT_EQ(objectCounts().second, 1);
+    EXPECT_EQ(zprusb_selectPrinter(1, nullptr), 1u);
+    EXPECT_EQ(codeOf(zprusb_status), ZPRUSB_SUCCESS) << "of the printer that was found before";
+    EXPECT_EQ(opened, 0);
+    process.endPage();
+    first.join();
+    second.join();
+    EXPECT_EQ(bus.countCalls("Open"), 2u);
+    zprusb_close();
+}
+
+TEST(Opening, isGivenUpWhenTheLibraryIsClosedMeanwhile) {
     FakeBus bus;
     BusyProcess process;
-    std::atomic<bool> opened = false;
-    std::jthread opening([&] {
-        EXPECT_EQ(codeOf(zprusb_open), ZPRUSB_SUCCESS);
-        opened = true;
-        zprusb_close();
-    });
+    std::jthread opening([] { EXPECT_EQ(codeOf(zprusb_open), ZPRUSB_NO_PRINTER_FOUND); });
     while (bus.countCalls("Open 0") == 0) std::this_thread::yield();
-    EXPECT_FALSE(opened);
+    zprusb_close();
+    opening.join();
+    EXPECT_EQ(bus.countCalls("Close 0"), 1u);
     process.endPage();
+    EXPECT_EQ(codeOf(zprusb_open), ZPRUSB_SUCCESS);
+    zprusb_close();
 }

@@ -98,5 +98,4 @@ TEST(Resources, thatAreNoneAreRefused) {
 
 TEST(Locks, keepThreadsApart) {
     EXPECT_EQ(countWithThreads<Lock>(1), 2000);
-    EXPECT_EQ(countWithThreads<RecursiveLock>(3), 6000);
 }

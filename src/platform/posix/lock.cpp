@@ -1,5 +1,7 @@
 #include "platform/lock.h"
 
+#include "deadline.h"
+
 namespace platform {
 
 void Lock::enter() {
@@ -10,12 +12,13 @@ void Lock::leave() {
     pthread_mutex_unlock(&storage_.mutex);
 }
 
-void RecursiveLock::enter() {
-    pthread_mutex_lock(&storage_.mutex);
+void Condition::wait(Lock& lock, uint32_t milliseconds) {
+    const timespec limit = toTimespec(after(milliseconds));
+    pthread_cond_clockwait(&storage_.condition, &lock.storage_.mutex, CLOCK_MONOTONIC, &limit);
 }
 
-void RecursiveLock::leave() {
-    pthread_mutex_unlock(&storage_.mutex);
+void Condition::wakeOne() {
+    pthread_cond_signal(&storage_.condition);
 }
 
 }  // namespace platform

@@ -8,8 +8,8 @@ struct LockStorage {
     pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
 };
 
-struct RecursiveLockStorage {
-    pthread_mutex_t mutex = PTHREAD_RECURSIVE_MUTEX_INITIALIZER_NP;
+struct ConditionStorage {
+    pthread_cond_t condition = PTHREAD_COND_INITIALIZER;
 };
 
 }  // namespace platform

@@ -56,6 +56,12 @@ void disown(NamedMutex& mutex) {
     pthread_cond_broadcast(&mutex.changed);
 }
 
+void endOwnership(NamedMutex& mutex) {
+    if (mutex.owner == nullptr) return;
+    noteProperEnd(mutex.file);
+    disown(mutex);
+}
+
 void abandonOwned(void* thread) {
     const HoldingRegistry holding(registry);
     for (NamedMutex* mutex = registry.first; mutex != nullptr; mutex = mutex->next) {
@@ -162,14 +168,17 @@ void closeNamedMutex(NamedMutex* mutex) {
     if (mutex == nullptr) return;
     const HoldingRegistry holding(registry);
     if (--mutex->uses > 0) return;
-    if (mutex->owner != nullptr) {
-        noteProperEnd(mutex->file);
-        disown(*mutex);
-    }
+    endOwnership(*mutex);
     removeFromRegistry(*mutex);
     closeLockFile(mutex->file);
     pthread_cond_destroy(&mutex->changed);
     destroy(mutex);
+}
+
+void revokeNamedMutex(NamedMutex* mutex) {
+    if (mutex == nullptr) return;
+    const HoldingRegistry holding(registry);
+    endOwnership(*mutex);
 }
 
 void releaseClosedMutexes() {}  // closing them has ended the ownership
@@ -188,10 +197,7 @@ bool releaseNamedMutex(NamedMutex* mutex) {
     if (mutex == nullptr) return false;
     const HoldingRegistry holding(registry);
     if (mutex->owner != &self) return false;
-    if (--mutex->depth == 0) {
-        noteProperEnd(mutex->file);
-        disown(*mutex);
-    }
+    if (--mutex->depth == 0) endOwnership(*mutex);
     return true;
 }
 
@@ -199,6 +205,13 @@ bool isOwnedByThisProcess(NamedMutex* mutex) {
     if (mutex == nullptr) return false;
     const HoldingRegistry holding(registry);
     return mutex->owner != nullptr;
+}
+
+bool threadOwnsNamedMutex() {
+    const HoldingRegistry holding(registry);
+    const NamedMutex* mutex = registry.first;
+    while (mutex != nullptr && mutex->owner != &self) mutex = mutex->next;
+    return mutex != nullptr;
 }
 
 }  // namespace platform

@@ -1,15 +1,21 @@
 #include "platform/lock.h"
 
+#include "platform/thread.h"
 #include "system.h"
 
 namespace platform {
 
 namespace {
 
-// The storage is kept as a plain pointer, which is what the system defines the lock to be.
+// The storage is kept as a plain pointer, which is what the system defines both to be.
 SRWLOCK* slim(void*& storage) {
     static_assert(sizeof(SRWLOCK) == sizeof(void*));
     return reinterpret_cast<SRWLOCK*>(&storage);
+}
+
+CONDITION_VARIABLE* variable(void*& storage) {
+    static_assert(sizeof(CONDITION_VARIABLE) == sizeof(void*));
+    return reinterpret_cast<CONDITION_VARIABLE*>(&storage);
 }
 
 }  // namespace
@@ -22,20 +28,13 @@ void Lock::leave() {
     ReleaseSRWLockExclusive(slim(storage_.slimLock));
 }
 
-void RecursiveLock::enter() {
-    const uint32_t self = GetCurrentThreadId();
-    // Another thread never stores this thread's number, so a stale value can't be mistaken for it.
-    if (storage_.owner.load(std::memory_order_relaxed) != self) {
-        AcquireSRWLockExclusive(slim(storage_.slimLock));
-        storage_.owner.store(self, std::memory_order_relaxed);
-    }
-    ++storage_.depth;
+void Condition::wait(Lock& lock, uint32_t milliseconds) {
+    static_assert(forever == INFINITE);
+    SleepConditionVariableSRW(variable(storage_.condition), slim(lock.storage_.slimLock), milliseconds, 0);
 }
 
-void RecursiveLock::leave() {
-    if (--storage_.depth > 0) return;
-    storage_.owner.store(0, std::memory_order_relaxed);
-    ReleaseSRWLockExclusive(slim(storage_.slimLock));
+void Condition::wakeOne() {
+    WakeConditionVariable(variable(storage_.condition));
 }
 
 }  // namespace platform

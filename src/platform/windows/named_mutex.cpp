@@ -19,7 +19,7 @@ struct NamedMutex {
     DWORD ownerId = 0;
     uint32_t depth = 0;
     uint32_t uses = 0;
-    bool closedWhileOwned = false;  // one of orphans
+    bool isLost = false;  // one of orphans
     NamedMutex* next = nullptr;
 };
 
@@ -28,8 +28,8 @@ namespace {
 constinit Lock registryLock;
 NamedMutex* registry = nullptr;
 
-// Mutexes that the process closed while another thread owned them. They have no handle, so that they end when
-// no other process has them open.
+// Mutexes that the process closed or revoked while another thread owned them. The closed ones have no handle,
+// so that they end when no other process has them open.
 std::atomic<uint32_t> orphans{0};
 
 bool isOwned(const NamedMutex& mutex) {
@@ -63,8 +63,8 @@ void removeFromRegistry(NamedMutex& mutex) {
 
 void forgetOwner(NamedMutex& mutex) {
     mutex.depth = 0;
-    if (!mutex.closedWhileOwned) return;
-    mutex.closedWhileOwned = false;
+    if (!mutex.isLost) return;
+    mutex.isLost = false;
     --orphans;
 }
 
@@ -85,6 +85,14 @@ void releaseWholly(NamedMutex& mutex, HANDLE handle) {
     for (; mutex.depth > 0 && ReleaseMutex(handle); --mutex.depth) {
     }
     forgetOwner(mutex);
+}
+
+/// The system lets nobody but the owner release it.
+void endOwnership(NamedMutex& mutex) {
+    if (mutex.ownerId == GetCurrentThreadId()) releaseWholly(mutex, mutex.handle);
+    if (!isOwned(mutex)) return forgetOwner(mutex);
+    if (!mutex.isLost) ++orphans;
+    mutex.isLost = true;
 }
 
 void releaseOrphan(NamedMutex& mutex) {
@@ -118,7 +126,7 @@ NamedMutex* openNamedMutex(const char* name) {
         ++mutex->uses;
         return mutex;
     }
-    if (!mutex->closedWhileOwned) removeFromRegistry(*mutex);
+    if (!mutex->isLost) removeFromRegistry(*mutex);
     return nullptr;
 }
 
@@ -133,15 +141,15 @@ void closeNamedMutex(NamedMutex* mutex) {
     if (mutex == nullptr) return;
     const Holding holding(registryLock);
     if (--mutex->uses > 0) return;
-    if (mutex->ownerId == GetCurrentThreadId()) releaseWholly(*mutex, mutex->handle);
+    endOwnership(*mutex);
     close(*mutex);
-    if (!isOwned(*mutex)) {
-        forgetOwner(*mutex);
-        removeFromRegistry(*mutex);
-    } else if (!mutex->closedWhileOwned) {
-        mutex->closedWhileOwned = true;
-        ++orphans;
-    }
+    if (!mutex->isLost) removeFromRegistry(*mutex);
+}
+
+void revokeNamedMutex(NamedMutex* mutex) {
+    if (mutex == nullptr) return;
+    const Holding holding(registryLock);
+    endOwnership(*mutex);
 }
 
 void releaseClosedMutexes() {
@@ -149,10 +157,10 @@ void releaseClosedMutexes() {
     const Holding holding(registryLock);
     for (NamedMutex *mutex = registry, *next; mutex != nullptr; mutex = next) {
         next = mutex->next;
-        if (!mutex->closedWhileOwned) continue;
+        if (!mutex->isLost) continue;
         if (mutex->ownerId == GetCurrentThreadId()) releaseOrphan(*mutex);
         if (!isOwned(*mutex)) forgetOwner(*mutex);
-        if (mutex->uses == 0 && !mutex->closedWhileOwned) removeFromRegistry(*mutex);
+        if (mutex->uses == 0 && !mutex->isLost) removeFromRegistry(*mutex);
     }
 }
 
@@ -179,6 +187,14 @@ bool isOwnedByThisProcess(NamedMutex* mutex) {
     if (mutex == nullptr) return false;
     const Holding holding(registryLock);
     return isOwned(*mutex);
+}
+
+bool threadOwnsNamedMutex() {
+    const DWORD caller = GetCurrentThreadId();
+    const Holding holding(registryLock);
+    const NamedMutex* mutex = registry;
+    while (mutex != nullptr && (mutex->depth == 0 || mutex->ownerId != caller)) mutex = mutex->next;
+    return mutex != nullptr;
 }
 
 }  // namespace platform
