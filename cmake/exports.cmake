@@ -12,7 +12,9 @@ function(zprusb_set_exports target list)
     get_target_property(version ${target} OUTPUT_NAME)
     string(TOUPPER ${version}_1 version)
     file(CONFIGURE OUTPUT ${target}.map CONTENT "${version} {\n  global:\n    ${lines};\n  local:\n    *;\n};\n")
-    target_link_options(${target} PRIVATE -Wl,--version-script=${CMAKE_CURRENT_BINARY_DIR}/${target}.map)
+    # What the library itself calls is its own, whatever names the program has.
+    target_link_options(${target} PRIVATE -Wl,--version-script=${CMAKE_CURRENT_BINARY_DIR}/${target}.map
+                        -Wl,-Bsymbolic-functions)
     set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${CMAKE_CURRENT_BINARY_DIR}/${target}.map)
   endif()
 endfunction()

@@ -16,6 +16,16 @@
 
 namespace fs = std::filesystem;
 
+// A program may have functions of the same names as the library's. The library doesn't call them.
+extern "C" {
+uint32_t zprusb_listupPrinter(uint8_t*) {
+    return 0;
+}
+uint32_t zprusb_selectPrinter(uint8_t, uint16_t*) {
+    return 0;
+}
+}
+
 namespace {
 
 const fs::path folderName(u8"Größe \u0416 \u65e5\u672c");
