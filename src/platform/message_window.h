@@ -24,11 +24,16 @@ constexpr uint64_t deviceNodesChanged = 7;
 MessageWindow* createMessageWindow();
 
 /// Takes one message out of the queue without waiting. On Linux all notifications that have come in since the
-/// last call are one message.
+/// last call are one message; the kernel's count when they tell that a USB device was added or removed, or that
+/// some were lost. A window that is not the only one of its process gets what is posted once the others are
+/// gone, and a message first, for what nobody may have got in between.
 /// @return false when there is none.
 bool takeMessage(MessageWindow* window, WindowMessage& message);
 
 /// Accepts null.
 void destroyMessageWindow(MessageWindow* window);
+
+/// In the child of a fork, destroys what it has inherited of its parent's windows, which stay the parent's.
+void destroyWindowsInChild();
 
 }  // namespace platform

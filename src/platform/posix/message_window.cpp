@@ -5,20 +5,26 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
 #include <cstddef>
 #include <cstdio>
 
-#include "platform/memory.h"
+#include "device_event.h"
 
 namespace platform {
 
 struct MessageWindow {
-    int kernel;  // the kernel's device notifications; -1 where they are out of reach, as in a container
-    int posted;  // datagrams of the control library; -1 when another window of the process takes them
+    std::atomic<bool> used{false};
+    std::atomic<int> kernel{-1};  // the kernel's device notifications; -1 where they are out of reach
+    std::atomic<int> posted{-1};  // datagrams of the control library; -1 while another window takes them
 };
 
 namespace {
+
+// All of the process, where the child of a fork finds them whatever its parent was doing. There is more than
+// one only while former ones are ending.
+constinit MessageWindow windows[4];
 
 constexpr int notificationsAtOnce = 1024;  // a sender that never stops must not keep the reader
 
@@ -47,40 +53,70 @@ int openPostedNotifications() {
     return openReceiver(AF_UNIX, 0, address, offsetof(sockaddr_un, sun_path) + 1 + static_cast<size_t>(length));
 }
 
-// Whether one was there. A queue that has run over has lost some, so one was there.
-bool takeNotification(int receiver) {
+enum class Taken { nothing, otherNotification, deviceChange };
+
+// A queue that has run over has lost some, of which one may have told of a change.
+Taken takenAfterFailure() {
+    return errno == ENOBUFS ? Taken::deviceChange : Taken::nothing;
+}
+
+Taken takeKernelNotification(int receiver) {
+    char text[4096];  // the kernel's are about half as long at most
+    sockaddr_nl sender{};
+    socklen_t senderSize = sizeof sender;
+    const ssize_t length =
+        recvfrom(receiver, text, sizeof text, 0, reinterpret_cast<sockaddr*>(&sender), &senderSize);
+    if (length < 0) return takenAfterFailure();
+    const bool isKernel = sender.nl_pid == 0;  // other programs may send as well
+    return isKernel && tellsOfUsbDevice({text, static_cast<size_t>(length)}) ? Taken::deviceChange
+                                                                             : Taken::otherNotification;
+}
+
+Taken takePostedNotification(int receiver) {
     char byte;  // the content doesn't matter
-    return receiver >= 0 && (recv(receiver, &byte, sizeof byte, 0) >= 0 || errno == ENOBUFS);
+    return recv(receiver, &byte, sizeof byte, 0) >= 0 ? Taken::deviceChange : takenAfterFailure();
 }
 
-bool takeAll(int receiver) {
-    int count = 0;
-    while (count < notificationsAtOnce && takeNotification(receiver)) ++count;
-    return count > 0;
+bool takeAll(int receiver, Taken (*take)(int receiver)) {
+    bool changed = false;
+    for (int count = 0; count < notificationsAtOnce; ++count) {
+        const Taken taken = take(receiver);
+        if (taken == Taken::nothing) break;
+        if (taken == Taken::deviceChange) changed = true;
+    }
+    return changed;
 }
 
-void closeReceiver(int receiver) {
-    if (receiver >= 0) close(receiver);
+// Another window may have had the name: one that is about to end, or a child's that was forked meanwhile.
+bool takesOver(MessageWindow& window) {
+    if (window.posted >= 0) return false;
+    window.posted = openPostedNotifications();
+    return window.posted >= 0;
+}
+
+void closeReceiver(std::atomic<int>& receiver) {
+    const int former = receiver.exchange(-1);
+    if (former >= 0) close(former);
 }
 
 }  // namespace
 
 MessageWindow* createMessageWindow() {
-    const int kernel = openKernelNotifications();
-    const int posted = openPostedNotifications();
-    auto* window = kernel >= 0 || posted >= 0 ? create<MessageWindow>(kernel, posted) : nullptr;
-    if (window == nullptr) {
-        closeReceiver(kernel);
-        closeReceiver(posted);
+    for (MessageWindow& window : windows) {
+        if (window.used.exchange(true)) continue;
+        window.kernel = openKernelNotifications();
+        window.posted = openPostedNotifications();
+        return &window;
     }
-    return window;
+    return nullptr;
 }
 
 bool takeMessage(MessageWindow* window, WindowMessage& message) {
     if (window == nullptr) return false;
-    const bool fromKernel = takeAll(window->kernel);
-    const bool fromProcess = takeAll(window->posted);
-    if (!fromKernel && !fromProcess) return false;
+    const bool mayHaveMissedSome = takesOver(*window);
+    const bool fromKernel = takeAll(window->kernel, takeKernelNotification);
+    const bool fromProcess = takeAll(window->posted, takePostedNotification);
+    if (!mayHaveMissedSome && !fromKernel && !fromProcess) return false;
     message = {messageDeviceChange, deviceNodesChanged};
     return true;
 }
@@ -89,7 +125,11 @@ void destroyMessageWindow(MessageWindow* window) {
     if (window == nullptr) return;
     closeReceiver(window->kernel);
     closeReceiver(window->posted);
-    destroy(window);
+    window->used = false;
+}
+
+void destroyWindowsInChild() {
+    for (MessageWindow& window : windows) destroyMessageWindow(&window);
 }
 
 }  // namespace platform

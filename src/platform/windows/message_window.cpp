@@ -43,4 +43,6 @@ void destroyMessageWindow(MessageWindow* window) {
     if (window != nullptr) DestroyWindow(handleOf(window));
 }
 
+void destroyWindowsInChild() {}
+
 }  // namespace platform
