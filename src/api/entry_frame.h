@@ -1,27 +1,11 @@
 /// The frame through which every entry point that acts on a printer reaches its object.
 #pragma once
 
+#include "api/entry_guard.h"
 #include "api/object_table.h"
-#include "device/api_lock.h"
 #include "device/result.h"
 
 namespace api {
-
-/// Takes the ApiLock, unless the entry point runs without it.
-class FrameLock {
-public:
-    explicit FrameLock(bool taken) : taken_(taken) {
-        if (taken_) device::apiLock.enter();
-    }
-    ~FrameLock() {
-        if (taken_) device::apiLock.leave();
-    }
-    FrameLock(const FrameLock&) = delete;
-    FrameLock& operator=(const FrameLock&) = delete;
-
-private:
-    bool taken_;
-};
 
 struct Frame {
     bool locked;       // holds the ApiLock for the whole run
@@ -35,7 +19,7 @@ constexpr Frame lockFreeFrame{false, 0};
 /// Runs an operation, which reports its own code, on the calling thread's object. Without one, gives 1501.
 template <class Operation>
 uint32_t onPrinter(const Frame& frame, uint16_t* resultCode, Operation operation) {
-    FrameLock lock(frame.locked);
+    const EntryGuard guard(frame.locked);
     const ObjectUse object(findThreadSlot());
     if (!object) {
         device::setResult(resultCode, ZPRUSB_NO_OBJECT);

@@ -1,40 +1,39 @@
 /// Entry points that create, open, close and release the printer objects.
+#include "api/entry_guard.h"
 #include "api/internal.h"
 #include "api/object_lifecycle.h"
 #include "api/object_table.h"
-#include "device/api_lock.h"
 
-using device::apiLock;
-using device::HoldingApiLock;
+using api::EntryGuard;
 
 uint32_t zprusb_MakeObject(uint16_t count) {
-    HoldingApiLock lock(apiLock);
+    const EntryGuard guard;
     return api::makeObjects(count);
 }
 
 uint32_t zprusb_ReleaseObject(uint16_t* resultCode) {
-    HoldingApiLock lock(apiLock);
+    const EntryGuard guard;
     return api::releaseObjects(resultCode);
 }
 
 uint32_t zprusb_attachObjectCount(uint16_t* boundThreads, uint16_t* objectCount) {
-    HoldingApiLock lock(apiLock);
+    const EntryGuard guard;
     if (boundThreads != nullptr) *boundThreads = static_cast<uint16_t>(api::boundThreadCount());
     if (objectCount != nullptr) *objectCount = static_cast<uint16_t>(api::objectCount());
     return 1;
 }
 
 uint32_t zprusb_open(uint16_t* resultCode) {
-    HoldingApiLock lock(apiLock);
+    const EntryGuard guard;
     return api::openLibrary(api::Purpose::printing, resultCode);
 }
 
 uint32_t zprusb_openForUpdate(uint32_t, uint16_t* resultCode) {
-    HoldingApiLock lock(apiLock);
+    const EntryGuard guard;
     return api::openLibrary(api::Purpose::update, resultCode);
 }
 
 void zprusb_close(void) {
-    HoldingApiLock lock(apiLock);
+    const EntryGuard guard;
     api::closeLibrary();
 }

@@ -142,4 +142,8 @@ void closeLibrary() {
     device::stopMessageWindowThread();
 }
 
+void resetLifecycleInChild() {
+    firstSearchRuns = false;
+}
+
 }  // namespace api

@@ -19,4 +19,7 @@ bool releaseObjects(uint16_t* resultCode);
 
 void closeLibrary();
 
+/// In the child of a fork, in which no opening is under way.
+void resetLifecycleInChild();
+
 }  // namespace api

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/fork.h"
 #include "platform/lock.h"
 #include "platform/memory.h"
 #include "platform/thread.h"
@@ -120,6 +121,13 @@ void forEachObject(void (*function)(PrinterObject& printer)) {
         const ObjectUse object(static_cast<int>(slot));
         if (object) function(*object);
     }
+}
+
+void resetObjectTableInChild() {
+    platform::startAnew(tablesLock);
+    objectTable = {};
+    threadBindingTable.fill(freeThread);
+    usedSlots = 1;
 }
 
 bool fillSlot(uint32_t slot) {

@@ -1,13 +1,14 @@
 /// Entry points that list and select printers.
 #include <cstring>
 
+#include "api/entry_guard.h"
 #include "api/internal.h"
 #include "api/object_table.h"
 #include "api/printer_list.h"
-#include "device/api_lock.h"
 #include "device/device_table.h"
 #include "device/selection.h"
 
+using api::EntryGuard;
 using api::ObjectUse;
 using device::DeviceEntry;
 using device::PrinterObject;
@@ -18,7 +19,7 @@ namespace {
 template <class Identity>
 uint32_t listIdentities(Identity DeviceEntry::*field, void* identities, int filler) {
     if (identities == nullptr) return 0;
-    device::HoldingApiLock lock(device::apiLock);
+    const EntryGuard guard;
     auto* next = static_cast<char*>(std::memset(identities, filler, sizeof(Identity) * device::deviceCount));
     uint8_t list[device::deviceCount];
     const uint32_t found = api::listPrinters(list);
@@ -34,7 +35,7 @@ uint32_t listIdentities(Identity DeviceEntry::*field, void* identities, int fill
 template <class Result, class Select>
 Result onBoundPrinter(Result withoutObject, uint16_t* resultCode, Select select) {
     device::setResult(resultCode, ZPRUSB_NO_OBJECT);
-    device::HoldingApiLock lock(device::apiLock);
+    const EntryGuard guard;
     const ObjectUse object(api::bindThreadSlot());
     return object ? select(*object) : withoutObject;
 }
@@ -43,7 +44,7 @@ Result onBoundPrinter(Result withoutObject, uint16_t* resultCode, Select select)
 
 uint32_t zprusb_listupPrinter(uint8_t* list) {
     if (list == nullptr) return 0;
-    device::HoldingApiLock lock(device::apiLock);
+    const EntryGuard guard;
     return api::listPrinters(list);
 }
 

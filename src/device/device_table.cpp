@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "platform/fork.h"
+
 namespace device {
 
 namespace {
@@ -45,6 +47,11 @@ void resetDeviceTable(uint8_t idByte) {
         entry.writePipe = platform::noPipe;
         entry.readPipe = platform::noPipe;
     }
+}
+
+void resetDeviceTableInChild() {
+    platform::startAnew(deviceTableLock);
+    deviceTableReady = false;
 }
 
 platform::NamedMutex* shareEntryMutex(DeviceEntry& entry) {

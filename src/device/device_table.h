@@ -39,6 +39,10 @@ DeviceEntry* openEntry(uint32_t index);
 /// Empties the table and gives every entry an identifier of this byte. The devices are not closed.
 void resetDeviceTable(uint8_t idByte);
 
+/// In the child of a fork: leaves the table to be reset by the first opening. What is open in it is the
+/// parent's.
+void resetDeviceTableInChild();
+
 /// A use of the entry's mutex of the caller's own, to be closed by it; null when the entry has none.
 platform::NamedMutex* shareEntryMutex(DeviceEntry& entry);
 

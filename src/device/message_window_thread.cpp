@@ -60,4 +60,10 @@ void stopMessageWindowThread() {
     thread = nullptr;
 }
 
+void resetMessageWindowThreadInChild() {
+    thread = nullptr;
+    generation = nullptr;
+    platform::destroyWindowsInChild();
+}
+
 }  // namespace device

@@ -15,4 +15,7 @@ void startMessageWindowThread(DeviceChangeHandler handler);
 /// Asks the thread to end and waits for it, with the ApiLock held by the caller: about 0.2 s, and at most 5 s.
 void stopMessageWindowThread();
 
+/// In the child of a fork, which has no such thread.
+void resetMessageWindowThreadInChild();
+
 }  // namespace device

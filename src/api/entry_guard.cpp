@@ -1,0 +1,40 @@
+#include "api/entry_guard.h"
+
+#include <atomic>
+
+#include "api/object_lifecycle.h"
+#include "api/object_table.h"
+#include "device/api_lock.h"
+#include "device/device_table.h"
+#include "device/message_window_thread.h"
+#include "platform/fork.h"
+#include "platform/named_mutex.h"
+
+namespace api {
+
+namespace {
+
+constinit std::atomic<bool> forksAreHandled{false};
+
+/// All state of the process but the named mutexes, which see to themselves.
+void resetInChild() {
+    platform::startAnew(device::apiLock);
+    resetObjectTableInChild();
+    resetLifecycleInChild();
+    device::resetDeviceTableInChild();
+    device::resetMessageWindowThreadInChild();
+}
+
+}  // namespace
+
+EntryGuard::EntryGuard(bool locked) : locked_(locked) {
+    if (!forksAreHandled) forksAreHandled = platform::runInForkedChildren(resetInChild);
+    platform::releaseClosedMutexes();
+    if (locked_) device::apiLock.enter();
+}
+
+EntryGuard::~EntryGuard() {
+    if (locked_) device::apiLock.leave();
+}
+
+}  // namespace api
