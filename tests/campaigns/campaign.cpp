@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
+#include <mutex>
 #include <random>
 #include <string_view>
 #include <thread>
@@ -18,6 +19,9 @@ namespace {
 
 constexpr uint8_t mediaCode = 0xF1;
 constexpr uint32_t tenDots = 85;  // 1/100 mm
+
+std::mutex longestPageMutex;
+std::chrono::steady_clock::duration longest{};  // guarded by longestPageMutex
 
 std::string serialOf(const fs::path& folder, unsigned printer) {
     return folder.filename().string() + "N" + std::to_string(printer);
@@ -33,8 +37,18 @@ uint32_t printPage(uint8_t author, uint16_t* code) {
     const Bytes pixels(pageSize, author);
     if (zprusb_checkMediaInfo(mediaCode, tenDots, tenDots, code) == 0) return 0;
     if (zprusb_startpage(nullptr, code) == 0) return 0;
+    const auto start = std::chrono::steady_clock::now();
     const uint32_t written = zprusb_write(pixels.data(), &pageSize, code);
-    return zprusb_endpage(written != 0 ? code : nullptr) & written;
+    const uint32_t printed = zprusb_endpage(written != 0 ? code : nullptr) & written;
+    const auto took = std::chrono::steady_clock::now() - start;
+    std::lock_guard lock(longestPageMutex);
+    longest = std::max(longest, took);
+    return printed;
+}
+
+std::chrono::milliseconds longestPage() {
+    std::lock_guard lock(longestPageMutex);
+    return std::chrono::duration_cast<std::chrono::milliseconds>(longest);
 }
 
 bool isDocumented(uint16_t code) {
@@ -49,7 +63,7 @@ bool resourcesFallTo(unsigned count) {
     return test::resourceCount() <= count + systemsOwn;
 }
 
-void connectPrinters(unsigned count, const fs::path& folder) {
+void connectPrinters(unsigned count, const fs::path& folder, unsigned patience) {
     Json printers = Json::array();
     for (unsigned i = 0; i < count; ++i)
         printers.push_back({{"serial", serialOf(folder, i)},
@@ -57,7 +71,7 @@ void connectPrinters(unsigned count, const fs::path& folder) {
     const std::u8string output = folder.u8string();
     const Json configuration{{"printers", printers},
                              {"output", std::string(output.begin(), output.end())},
-                             {"dataTimeoutSeconds", 3600}};
+                             {"dataTimeoutSeconds", patience}};
     char error[ZPRUSBSIM_ERROR_SIZE] = "";
     EXPECT_EQ(zprusbsim_configure(configuration.dump().c_str(), error, sizeof error), 1u) << error;
 }

@@ -5,6 +5,7 @@
 #include <zprusb.h>
 #include <zprusb_simulator.h>
 
+#include <chrono>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <string>
@@ -22,6 +23,9 @@ constexpr uint32_t pageSize = 10 * 10 * 3;
 /// @return whether all of it went well; the code is that of the first step that failed.
 uint32_t printPage(uint8_t author, uint16_t* code);
 
+/// How long the slowest of all pages so far took from its start to its end.
+std::chrono::milliseconds longestPage();
+
 bool isDocumented(uint16_t code);
 
 /// Whether the process gets down to so many files and threads. A thread that has ended may be a moment in the
@@ -30,7 +34,8 @@ bool resourcesFallTo(unsigned count);
 
 /// Makes so many new printers, all closed, that print into the folder. Their names come from the folder's, so
 /// that nobody else's printers are reserved with them.
-void connectPrinters(unsigned count, const std::filesystem::path& folder);
+/// @param patience after so many seconds without data a printer gives a page up.
+void connectPrinters(unsigned count, const std::filesystem::path& folder, unsigned patience = 3600);
 
 /// A folder for pages. It goes with the object, and so do the mutexes of its printers.
 struct PageFolder {
@@ -45,7 +50,9 @@ struct PageFolder {
 
 class Campaign : public testing::Test {
 protected:
-    explicit Campaign(unsigned printers = 1) { connectPrinters(printers, folder.path); }
+    explicit Campaign(unsigned printers = 1, unsigned patience = 3600) {
+        connectPrinters(printers, folder.path, patience);
+    }
     ~Campaign() override { zprusb_close(); }
 
     /// The device mutex is free and the next call works, from any thread.
