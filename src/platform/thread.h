@@ -25,8 +25,9 @@ bool waitForThread(Thread* thread, uint32_t milliseconds);
 
 /// Ends a thread that is blocked in a read or write: first by asking the system to cancel the call, then by
 /// ending the thread itself. Takes about a second at most.
-/// @return true: the thread is gone, and its argument is the caller's alone. False: nothing wakes the thread;
-///         it is left behind for ever, and its argument with it. Nobody may touch or free that any more.
+/// @return true: the thread is gone, and its argument is the caller's alone. False: nothing wakes the thread,
+///         or the system lacks what ends one (libgcc_s on Linux, looked for from the first start of a thread
+///         on); it is left behind for ever, and its argument with it. Nobody may touch or free that any more.
 bool endThreadByForce(Thread* thread);
 
 /// Gives up the caller's side of the thread. One that has not ended goes on; on Linux its stack is never used

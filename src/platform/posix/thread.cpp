@@ -1,5 +1,7 @@
 #include "platform/thread.h"
 
+#include <dlfcn.h>
+#include <gnu/lib-names.h>
 #include <pthread.h>
 #include <signal.h>
 #include <sys/mman.h>
@@ -29,6 +31,15 @@ constexpr uint32_t cancelLimit = 1000;  // ms
 
 std::atomic<bool> leftBehind{false};
 
+// The unwinder, which ends a cancelled thread. The system would load it at the first cancellation, and end the
+// process where it can't: when none is installed, after chroot, or without descriptors left.
+std::atomic<void*> unwinder{nullptr};
+
+bool loadUnwinder() {
+    if (unwinder == nullptr) unwinder = dlopen(LIBGCC_S_SO, RTLD_NOW | RTLD_LOCAL);
+    return unwinder != nullptr;
+}
+
 // A stack that is kept: the system would give its pages back after each transfer, to be filled anew for the
 // next.
 std::atomic<Thread*> spare{nullptr};
@@ -42,15 +53,17 @@ size_t defaultStackSize() {
     return size;
 }
 
+// The guard and the record come on top of the size, which may be the least that the system takes.
 Thread* makeStack() {
-    const size_t size = defaultStackSize();
-    const auto guardSize = static_cast<size_t>(sysconf(_SC_PAGESIZE));
+    const auto pageSize = static_cast<size_t>(sysconf(_SC_PAGESIZE));
+    const size_t wanted = pageSize + defaultStackSize() + sizeof(Thread);
+    const size_t size = (wanted + pageSize - 1) / pageSize * pageSize;
     void* memory = mmap(nullptr, size, PROT_READ | PROT_WRITE,
                         MAP_PRIVATE | MAP_ANONYMOUS | MAP_STACK | MAP_NORESERVE, -1, 0);
     if (memory == MAP_FAILED) return nullptr;
     auto* bottom = static_cast<char*>(memory);
-    mprotect(bottom, guardSize, PROT_NONE);
-    return new (bottom + size - sizeof(Thread)) Thread{bottom, bottom + guardSize};
+    mprotect(bottom, pageSize, PROT_NONE);
+    return new (bottom + size - sizeof(Thread)) Thread{bottom, bottom + pageSize};
 }
 
 size_t sizeFrom(const char* start, const void* end) {
@@ -63,7 +76,9 @@ void removeStack(Thread* thread) {
 
 Thread* takeStack() {
     Thread* kept = spare.exchange(nullptr);
-    return kept != nullptr ? kept : makeStack();
+    if (kept != nullptr) return kept;
+    loadUnwinder();  // from the first thread on, while the process still can
+    return makeStack();
 }
 
 void keepStack(Thread* thread) {
@@ -112,8 +127,8 @@ bool waitForThread(Thread* thread, uint32_t milliseconds) {
 }
 
 bool endThreadByForce(Thread* thread) {
-    if (!thread->ended) pthread_cancel(thread->id);
-    if (waitForThread(thread, cancelLimit)) return true;
+    const bool cancelled = !thread->ended && loadUnwinder() && pthread_cancel(thread->id) == 0;
+    if (waitForThread(thread, cancelled ? cancelLimit : 0)) return true;
     leftBehind = true;
     return false;
 }

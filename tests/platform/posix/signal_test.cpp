@@ -1,10 +1,12 @@
-// Signals meet the layer: interrupted calls, non-blocking descriptors, broken pipes, the threads' masks, and a
-// thread that nothing ends.
+// Signals meet the layer: interrupted calls, non-blocking descriptors, broken pipes, the threads' masks; and
+// threads that the system can hardly start or end.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <pthread.h>
 #include <signal.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <thread>
 
@@ -96,6 +98,37 @@ TEST(Signals, areBlockedInAThreadAndUnchangedInTheOneThatStartsIt) {
     for (int signal : {SIGPIPE, SIGINT, SIGTERM, SIGUSR1, SIGALRM, SIGCHLD}) {
         EXPECT_EQ(sigismember(&within, signal), 1) << signal;
         EXPECT_EQ(isBlocked(signal), sigismember(&before, signal) == 1) << signal;
+    }
+}
+
+// A limit for stacks as small as the system has it.
+TEST(Threads, startWithTheSmallestStack) {
+    pthread_attr_t attributes;
+    pthread_attr_init(&attributes);
+    for (const size_t size : {sysconf(_SC_THREAD_STACK_MIN), 20480L}) {
+        ASSERT_EQ(pthread_attr_setstacksize(&attributes, size), 0);
+        ASSERT_EQ(pthread_setattr_default_np(&attributes), 0);
+        test::Pipe pipe;
+        Transfer ends{pipe.reader, {0}}, stays{pipe.reader, {0}};
+        Transfer* const reads[] = {&stays, &ends};  // at once, so that one stack is new
+        Thread* threads[2];
+        std::ranges::transform(reads, threads, [](Transfer* read) { return startThread(readOnce, read); });
+        for (Thread* thread : threads) {
+            ASSERT_NE(thread, nullptr) << size;
+            EXPECT_TRUE(endThreadByForce(thread));
+            closeThread(thread);
+        }
+    }
+}
+
+// The unwinder, that is, which ends a thread: without it the system would end the process.
+TEST(Threads, areLeftBehindWhereTheSystemCannotEndThem) {
+    for (const auto& [since, outcome] : {std::pair{"before", "left behind"}, {"after", "ended"}}) {
+        test::ChildProcess probe(test::ownProgram().replace_filename("zprusb_unwinder_probe"), {since});
+        const std::string told = probe.readLine();
+        if (told == "loaded") GTEST_SKIP() << "a sanitizer has it loaded";
+        EXPECT_EQ(told, outcome) << since;
+        EXPECT_TRUE(probe.endedWell());
     }
 }
 
