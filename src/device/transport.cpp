@@ -1,6 +1,5 @@
 #include "device/transport.h"
 
-#include <algorithm>
 #include <cstring>
 
 #include "device/api_lock.h"
@@ -14,7 +13,7 @@ namespace {
 /// All that a worker touches. A worker that nothing ends keeps its transfer for ever, so nothing of the
 /// printer object or of the caller is in it.
 struct Transfer {
-    platform::PipeHandle pipe;
+    std::atomic<platform::PipeHandle> pipe;
     uint32_t length = 0;  // bytes to write, then bytes that were written or read
     bool success = false;
     uint8_t buffer[requestCapacity] = {};
@@ -23,8 +22,7 @@ struct Transfer {
 void writeWorker(void* argument) {
     auto* transfer = static_cast<Transfer*>(argument);
     const uint32_t length = transfer->length;
-    const bool wrote = platform::writePipe(transfer->pipe, transfer->buffer, length, transfer->length);
-    transfer->success = wrote && transfer->length > 0;
+    transfer->success = platform::writePipe(transfer->pipe, transfer->buffer, length, transfer->length);
 }
 
 void readWorker(void* argument) {
@@ -50,12 +48,6 @@ void runOnWorker(void (*worker)(void*), Transfer*& transfer, std::atomic<bool>& 
 bool finish(bool success, uint16_t* resultCode) {
     setResult(resultCode, success ? ZPRUSB_SUCCESS : ZPRUSB_COMMUNICATION);
     return success;
-}
-
-/// One blocking write on the calling thread, which has a BrokenPipeGuard.
-bool writeOnce(PipeWriter& writer, const uint8_t* bytes, uint32_t length, uint16_t* resultCode) {
-    uint32_t written = 0;
-    return finish(platform::writePipe(writer.pipe, bytes, length, written) && written > 0, resultCode);
 }
 
 }  // namespace
@@ -89,13 +81,18 @@ bool workerRead(PipeReader& reader, uint8_t* destination, uint32_t& count, uint1
 
 bool directWrite(PipeWriter& writer, const uint8_t* bytes, uint32_t length, uint16_t* resultCode) {
     platform::BrokenPipeGuard guard;
-    return writeOnce(writer, bytes, length, resultCode);
+    uint32_t written = 0;
+    return finish(platform::writePipe(writer.pipe, bytes, length, written), resultCode);
 }
 
-bool directWriteInChunks(PipeWriter& writer, const uint8_t* bytes, uint32_t length, uint16_t* resultCode) {
+bool directWriteInChunks(PipeWriter& writer, const uint8_t* bytes, uint32_t length, uint16_t* resultCode,
+                         uint32_t* sent) {
     if (length == 0) return false;
     platform::BrokenPipeGuard guard;
-    return finish(platform::writePipeInPieces(writer.pipe, bytes, length, chunkSize), resultCode);
+    uint32_t written = 0;
+    const bool success = platform::writePipe(writer.pipe, bytes, length, written, chunkSize);
+    if (sent != nullptr) *sent = written;
+    return finish(success, resultCode);
 }
 
 bool directRead(PipeReader& reader, uint8_t* destination, uint32_t& count, uint16_t* resultCode) {

@@ -32,7 +32,8 @@ inline constinit std::atomic<bool> writePipeAbandoned{false};
 inline constinit std::atomic<bool> readPipeAbandoned{false};
 
 /// Each of these gives 2600 when it fails, when it moves nothing (a direct read of 0 bytes is a success) and
-/// when a worker doesn't finish in time.
+/// when a worker doesn't finish in time. A write succeeds when the pipe has taken all of it, and ends as
+/// platform::writePipe() says.
 /// The worker transfers hold the ApiLock for their whole run, so there is one worker at a time.
 
 /// @param length at most `requestCapacity`; a longer request is refused with 1006.
@@ -44,9 +45,11 @@ bool workerRead(PipeReader& reader, uint8_t* destination, uint32_t& count, uint1
 
 bool directWrite(PipeWriter& writer, const uint8_t* bytes, uint32_t length, uint16_t* resultCode);
 
-/// Bulk data in direct writes of at most `chunkSize` bytes; stops at the first that fails. With a length of 0
-/// it sends nothing, fails and writes no code.
-bool directWriteInChunks(PipeWriter& writer, const uint8_t* bytes, uint32_t length, uint16_t* resultCode);
+/// Bulk data in writes of at most `chunkSize` bytes; stops at the first that fails. With a length of 0 it sends
+/// nothing, fails and writes no code.
+/// @param sent receives the number of bytes that went out, those of a write that failed among them.
+bool directWriteInChunks(PipeWriter& writer, const uint8_t* bytes, uint32_t length, uint16_t* resultCode,
+                         uint32_t* sent = nullptr);
 
 /// @param destination room for `directReadCapacity` bytes.
 bool directRead(PipeReader& reader, uint8_t* destination, uint32_t& count, uint16_t* resultCode);

@@ -1,6 +1,5 @@
 #include "firmware/update.h"
 
-#include <algorithm>
 #include <cstdlib>
 
 #include "device/device_table.h"
@@ -89,18 +88,12 @@ bool writeUpdateData(PrinterObject& printer, const uint8_t* data, uint32_t* leng
     if (length == nullptr || (data == nullptr && *length != 0)) {
         return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
     }
-    uint32_t remaining = *length;
-    *length = 0;
-    while (remaining > 0) {
-        const uint32_t chunk = std::min(device::chunkSize, remaining);
-        if (!device::directWrite(printer.writer, data + printer.update->bytesSent, chunk, resultCode))
-            return false;
-        *length += chunk;
-        printer.update->bytesSent += chunk;
-        remaining -= chunk;
-    }
     device::setResult(resultCode, ZPRUSB_SUCCESS);
-    return true;
+    if (*length == 0) return true;
+    const bool sent = device::directWriteInChunks(printer.writer, data + printer.update->bytesSent, *length,
+                                                  resultCode, length);
+    printer.update->bytesSent += *length;
+    return sent;
 }
 
 }  // namespace firmware

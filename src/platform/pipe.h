@@ -5,6 +5,7 @@
 /// waited for all the same: both calls return only with an outcome.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 
 namespace platform {
@@ -26,21 +27,21 @@ private:
     uint64_t former_ = 0;  // what the thread's signal mask said about the broken-pipe signal
 };
 
-/// Writes all bytes, however long that takes.
-/// @param written receives the number of bytes written: fewer when the pipe takes no more after some of them.
-/// @return whether the system took any bytes, or reported no error.
-bool writePipe(PipeHandle pipe, const uint8_t* bytes, uint32_t length, uint32_t& written);
-
-/// The same in pieces, each a write of its own, until one of them moves nothing. A loop here, since each call
-/// between a caller and the system costs several percent of a write of bulk data.
-/// @return whether every piece moved something.
-bool writePipeInPieces(PipeHandle pipe, const uint8_t* bytes, uint32_t length, uint32_t pieceSize);
+/// Writes all bytes, however long that takes, and returns when the pipe has room again. In a pipe that has room
+/// for one piece at a time, which stays in it until the printer has it, nothing is under way then.
+/// @param pipe looked at before each try: nothing more goes into a handle that another thread has taken away.
+/// @param written receives the number of bytes written, also when the pipe fails after some of them.
+/// @param pieceSize the most that one call of the system is given. The pieces are no business of the caller,
+///        since each function between a loop and the system costs several percent of a write of bulk data.
+/// @return whether the pipe took all bytes, at least one, and still has another end.
+bool writePipe(const std::atomic<PipeHandle>& pipe, const uint8_t* bytes, uint32_t length, uint32_t& written,
+               uint32_t pieceSize = UINT32_MAX);
 
 /// Reads what is there, at least one byte unless the pipe is at its end, at most `capacity` bytes.
 /// @param count receives the number of bytes read, 0 at the end of the pipe or after a failure.
+/// @param pipe looked at before each try.
 /// @return whether the system read without an error. A pipe whose writer is gone is at its end for POSIX
-/// systems
-///         and an error for Windows.
-bool readPipe(PipeHandle pipe, uint8_t* bytes, uint32_t capacity, uint32_t& count);
+///         systems and an error for Windows.
+bool readPipe(const std::atomic<PipeHandle>& pipe, uint8_t* bytes, uint32_t capacity, uint32_t& count);
 
 }  // namespace platform

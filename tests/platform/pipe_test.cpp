@@ -34,6 +34,20 @@ TEST(Pipes, withoutAReaderFailAndDoNothingElse) {
     }
 }
 
+TEST(Pipes, whoseReaderLeavesInTheMiddleFailAndTellHowFarTheyGot) {
+    test::Pipe pipe;
+    Transfer write{pipe.writer, std::vector<uint8_t>(1 << 20)}, read{pipe.reader, {0}};
+    std::thread writer([&] {
+        const BrokenPipeGuard guard;
+        writeAll(&write);
+    });
+    readOnce(&read);
+    pipe.closeReader();
+    writer.join();
+    EXPECT_FALSE(write.succeeded);
+    EXPECT_LT(write.count, write.buffer.size());
+}
+
 TEST(Pipes, thatAreNoneFailAtOnce) {
     const test::Pipe pipe;
     const PipeHandle beyondAllDescriptors = pipe.writer + (PipeHandle{1} << 32);

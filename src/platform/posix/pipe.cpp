@@ -36,35 +36,36 @@ void takeBrokenPipeSignal(const sigset_t& signal) {
     }
 }
 
-bool isDescriptor(PipeHandle pipe) {
-    return pipe <= INT_MAX;
+// A number that no descriptor has gives one that every call refuses.
+int descriptorOf(PipeHandle pipe) {
+    return pipe <= INT_MAX ? static_cast<int>(pipe) : -1;
 }
 
 // Not inlined, so that a thread that is ended in a read or write has none of its stack marked as in use:
 // nothing would tell the address sanitizer that it is not.
-[[gnu::noinline]] void waitForEvent(int descriptor, short event) {
+[[gnu::noinline]] short waitForEvent(int descriptor, short event) {
     pollfd entry{descriptor, event, 0};
-    poll(&entry, 1, -1);  // its outcome doesn't matter: the next try tells
+    poll(&entry, 1, -1);
+    return entry.revents;
 }
 
 // Whether the call that has just failed is worth another try, after waiting for the descriptor if need be.
 bool mayTryAgain(int descriptor, short event) {
     if (errno == EINTR) return true;
     if (errno != EAGAIN && errno != EWOULDBLOCK) return false;
-    waitForEvent(descriptor, event);
+    waitForEvent(descriptor, event);  // its outcome doesn't matter: the next try tells
     return true;
 }
 
-// Goes on after a write that took less than it was given. Apart, so that a write that took all is quick.
-[[gnu::noinline]] bool writeOn(int descriptor, const uint8_t* bytes, uint32_t length, ssize_t count,
-                               uint32_t& written) {
-    while (count != 0) {
-        if (count > 0) written += static_cast<uint32_t>(count);
-        if (written == length) break;
-        if (count < 0 && !mayTryAgain(descriptor, POLLOUT)) return written > 0;
-        count = write(descriptor, bytes + written, length - written);
-    }
-    return true;
+// False when the other end has gone meanwhile, as it need not have taken everything.
+bool waitForRoom(const std::atomic<PipeHandle>& pipe) {
+    short outcome;
+    do {
+        const int descriptor = descriptorOf(pipe);
+        if (descriptor < 0) return false;
+        outcome = waitForEvent(descriptor, POLLOUT);
+    } while (outcome == 0 && errno == EINTR);
+    return outcome == POLLOUT || outcome == 0;  // 0: nothing can be waited for, as without any descriptors
 }
 
 }  // namespace
@@ -83,40 +84,32 @@ BrokenPipeGuard::~BrokenPipeGuard() {
     if ((former_ & wasBlocked) == 0) pthread_sigmask(SIG_UNBLOCK, &signal, nullptr);
 }
 
-bool writePipe(PipeHandle pipe, const uint8_t* bytes, uint32_t length, uint32_t& written) {
+bool writePipe(const std::atomic<PipeHandle>& pipe, const uint8_t* bytes, uint32_t length, uint32_t& written,
+               uint32_t pieceSize) {
     written = 0;
-    if (!isDescriptor(pipe)) return false;
-    const int descriptor = static_cast<int>(pipe);
-    const ssize_t count = write(descriptor, bytes, length);
-    if (count != length) return writeOn(descriptor, bytes, length, count, written);
-    written = length;
-    return true;
+    do {
+        const int descriptor = descriptorOf(pipe);
+        const ssize_t count = write(descriptor, bytes + written, std::min(pieceSize, length - written));
+        if (count > 0) {
+            written += static_cast<uint32_t>(count);
+        } else if (count == 0 || !mayTryAgain(descriptor, POLLOUT)) {
+            return false;
+        }
+    } while (written < length);
+    return waitForRoom(pipe);
 }
 
-bool writePipeInPieces(PipeHandle pipe, const uint8_t* bytes, uint32_t length, uint32_t pieceSize) {
-    if (!isDescriptor(pipe)) return false;
-    const int descriptor = static_cast<int>(pipe);
-    while (length > 0) {
-        const uint32_t piece = std::min(pieceSize, length);
-        const ssize_t count = write(descriptor, bytes, piece);
-        uint32_t written = 0;
-        if (count != piece && !(writeOn(descriptor, bytes, piece, count, written) && written > 0)) return false;
-        bytes += piece;
-        length -= piece;
-    }
-    return true;
-}
-
-bool readPipe(PipeHandle pipe, uint8_t* bytes, uint32_t capacity, uint32_t& count) {
+bool readPipe(const std::atomic<PipeHandle>& pipe, uint8_t* bytes, uint32_t capacity, uint32_t& count) {
     count = 0;
-    if (!isDescriptor(pipe)) return false;
-    const int descriptor = static_cast<int>(pipe);
-    ssize_t received;
-    while ((received = read(descriptor, bytes, capacity)) < 0) {
+    for (;;) {
+        const int descriptor = descriptorOf(pipe);
+        const ssize_t received = read(descriptor, bytes, capacity);
+        if (received >= 0) {
+            count = static_cast<uint32_t>(received);
+            return true;
+        }
         if (!mayTryAgain(descriptor, POLLIN)) return false;
     }
-    count = static_cast<uint32_t>(received);
-    return true;
 }
 
 }  // namespace platform

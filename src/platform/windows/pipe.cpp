@@ -19,31 +19,27 @@ BrokenPipeGuard::BrokenPipeGuard() = default;
 
 BrokenPipeGuard::~BrokenPipeGuard() = default;
 
-bool writePipe(PipeHandle pipe, const uint8_t* bytes, uint32_t length, uint32_t& written) {
+bool writePipe(const std::atomic<PipeHandle>& pipe, const uint8_t* bytes, uint32_t length, uint32_t& written,
+               uint32_t pieceSize) {
     written = 0;
-    if (pipe == noPipe) return false;  // the same number means the current process elsewhere
-    DWORD count = 0;
-    const bool success = WriteFile(handleOf(pipe), bytes, length, &count, nullptr);
-    written = count;
-    return success || count > 0;
-}
-
-bool writePipeInPieces(PipeHandle pipe, const uint8_t* bytes, uint32_t length, uint32_t pieceSize) {
-    while (length > 0) {
-        const uint32_t piece = std::min(pieceSize, length);
-        uint32_t written = 0;
-        if (!writePipe(pipe, bytes, piece, written) || written == 0) return false;
-        bytes += piece;
-        length -= piece;
-    }
+    do {
+        const PipeHandle handle = pipe;
+        if (handle == noPipe) return false;  // the same number means the current process elsewhere
+        DWORD count = 0;
+        const DWORD piece = std::min(pieceSize, length - written);
+        const bool success = WriteFile(handleOf(handle), bytes + written, piece, &count, nullptr);
+        written += count;
+        if (!success || count == 0) return false;
+    } while (written < length);
     return true;
 }
 
-bool readPipe(PipeHandle pipe, uint8_t* bytes, uint32_t capacity, uint32_t& count) {
+bool readPipe(const std::atomic<PipeHandle>& pipe, uint8_t* bytes, uint32_t capacity, uint32_t& count) {
     count = 0;
-    if (pipe == noPipe) return false;
+    const PipeHandle handle = pipe;
+    if (handle == noPipe) return false;
     DWORD received = 0;
-    if (!ReadFile(handleOf(pipe), bytes, capacity, &received, nullptr)) return false;
+    if (!ReadFile(handleOf(handle), bytes, capacity, &received, nullptr)) return false;
     count = received;
     return true;
 }

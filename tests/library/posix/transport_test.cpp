@@ -1,0 +1,67 @@
+#include "device/transport.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <poll.h>
+
+#include <chrono>
+#include <functional>
+#include <future>
+#include <thread>
+
+#include "support/system.h"
+#include "transfer_pipes.h"
+
+using namespace device;
+using namespace std::chrono_literals;
+
+namespace {
+
+int descriptor(uint64_t end) {
+    return static_cast<int>(end);
+}
+
+void waitForBytes(uint64_t end) {
+    pollfd entry{descriptor(end), POLLIN, 0};
+    poll(&entry, 1, -1);
+}
+
+}  // namespace
+
+TEST(TransportOnPosix, isOverWhenThePrinterHasTakenTheBytesOrIsGone) {
+    const uint8_t bytes[10] = {};
+    const auto writeChunks = [](auto&&... arguments) { return directWriteInChunks(arguments...); };
+    using Write = std::function<bool(PipeWriter&, const uint8_t*, uint32_t, uint16_t*)>;
+    for (const Write& write : {Write(workerWrite), Write(directWrite), Write(writeChunks)}) {
+        for (const bool taken : {true, false}) {
+            test::Pipe pipe;
+            PipeWriter writer{pipe.writer};
+            fcntl(descriptor(pipe.writer), F_SETFL, O_DIRECT);  // one write, one slot of the pipe
+            fcntl(descriptor(pipe.writer), F_SETPIPE_SZ, 4096);
+            uint16_t code = 1;
+            auto written = std::async([&] { return write(writer, bytes, 10, &code); });
+            waitForBytes(pipe.reader);
+            EXPECT_EQ(written.wait_for(50ms), std::future_status::timeout);
+            taken ? void(receivePiece(pipe.reader)) : pipe.closeReader();
+            EXPECT_EQ(written.get(), taken);
+            EXPECT_EQ(code, taken ? 0 : 2600);
+        }
+    }
+}
+
+TEST(TransportOnPosix, doesNotGoOnWithAPieceWhenTheHandleWasTakenAway) {
+    const Bytes bytes(8 << 20);
+    AnswerPipe pipe;  // a stream, which takes a part
+    fcntl(descriptor(pipe.ends.testEnd), F_SETFL, O_NONBLOCK);
+    PipeWriter writer{pipe.ends.testEnd};
+    size_t received = 0;
+    std::jthread printer([&] {
+        for (std::optional<Bytes> piece; (piece = receivePiece(pipe.ends.libraryEnd));
+             received += piece->size())
+            if (received == 0) writer.pipe = platform::noPipe;
+    });
+    EXPECT_FALSE(directWrite(writer, bytes.data(), 8 << 20, nullptr));
+    TransferPipe::close(pipe.ends.testEnd);
+    printer.join();
+    EXPECT_LT(received, bytes.size());
+}
