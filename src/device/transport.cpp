@@ -31,12 +31,21 @@ void readWorker(void* argument) {
     transfer->success = read && transfer->length > 0;
 }
 
+/// In steps, as the limit is the printer's: a process that was stopped for longer goes on waiting.
+bool waitForWorker(platform::Thread* thread) {
+    bool ended = false;
+    for (uint32_t waited = 0; !ended && waited < transferLimitMilliseconds; waited += waitStepMilliseconds) {
+        ended = platform::waitForThread(thread, waitStepMilliseconds);
+    }
+    return ended;
+}
+
 /// Runs a transfer on a worker thread. Afterwards the transfer is the caller's again, unless its thread could
 /// not be ended: then `transfer` is null.
 void runOnWorker(void (*worker)(void*), Transfer*& transfer, std::atomic<bool>& pipeAbandoned) {
     platform::Thread* thread = platform::startThread(worker, transfer);
     if (thread == nullptr) return;
-    bool ended = platform::waitForThread(thread, transferLimitMilliseconds);
+    bool ended = waitForWorker(thread);
     if (!ended) {
         pipeAbandoned = true;
         ended = platform::endThreadByForce(thread);

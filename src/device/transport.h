@@ -10,6 +10,7 @@
 namespace device {
 
 constexpr uint32_t transferLimitMilliseconds = 10000;
+constexpr uint32_t waitStepMilliseconds = 500;
 constexpr uint32_t requestCapacity = 1024;    // bytes of one request
 constexpr uint32_t answerCapacity = 300;      // bytes that a worker read asks for
 constexpr uint32_t directReadCapacity = 512;  // bytes that a direct read asks for
@@ -34,6 +35,9 @@ inline constinit std::atomic<bool> readPipeAbandoned{false};
 /// Each of these gives 2600 when it fails, when it moves nothing (a direct read of 0 bytes is a success) and
 /// when a worker doesn't finish in time. A write succeeds when the pipe has taken all of it, and ends as
 /// platform::writePipe() says.
+/// While the process is stopped, by a debugger or a shell, no more than `waitStepMilliseconds` of a worker's
+/// time pass: an answer that comes meanwhile is received. (Within the last step before the limit it may be
+/// lost.)
 /// The worker transfers hold the ApiLock for their whole run, so there is one worker at a time.
 
 /// @param length at most `requestCapacity`; a longer request is refused with 1006.

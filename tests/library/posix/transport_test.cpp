@@ -3,6 +3,9 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <poll.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <chrono>
 #include <functional>
@@ -64,4 +67,23 @@ TEST(TransportOnPosix, doesNotGoOnWithAPieceWhenTheHandleWasTakenAway) {
     TransferPipe::close(pipe.ends.testEnd);
     printer.join();
     EXPECT_LT(received, bytes.size());
+}
+
+// By a debugger, or by a shell. The answer comes meanwhile.
+TEST(TransportOnPosix, isNotEndedByForceForTheTimeThatTheProcessIsStopped) {
+    AnswerPipe pipe;
+    const pid_t process = fork();
+    if (process == 0) {
+        uint8_t answer[answerCapacity];
+        uint32_t count = 0;
+        _exit(workerRead(pipe.reader, answer, count, nullptr) && !readPipeAbandoned ? 0 : 1);
+    }
+    std::this_thread::sleep_for(100ms);
+    kill(process, SIGSTOP);
+    std::this_thread::sleep_for(transferLimitMilliseconds * 1ms);
+    pipe.give({1});
+    kill(process, SIGCONT);
+    int status = -1;
+    waitpid(process, &status, 0);
+    EXPECT_EQ(status, 0);
 }
