@@ -1,5 +1,6 @@
 /// Writers of a diagnostic trace in c:\bin, a folder that somebody has to make: without it nothing is written,
-/// and nothing is ever reported. No operation calls them; they are for whoever looks for a fault.
+/// and nothing is ever reported. Where drives have no letters, as on Linux, it is the folder c:/bin below the
+/// current directory. No operation calls them; they are for whoever looks for a fault.
 ///
 /// Each appends one entry, which begins with the local time, and closes the file. All but
 /// traceThreadDevice() write to a file for each thread of each process.
@@ -21,6 +22,9 @@ inline platform::LocalTime traceTimestamp() {
 /// The pipe handle that the device table has.
 /// @param kind 1: of the read pipe; 2: of the write pipe.
 void traceConnectHandle(int kind, int32_t deviceNumber);
+inline void traceConnectHandle(int kind, uint8_t deviceNumber) {
+    traceConnectHandle(kind, int32_t{deviceNumber});
+}
 
 /// An event. A new file begins with the identifiers of process and thread.
 /// @param kind 0: the name alone; 1: with the result; 2: with value, as size, and result; 3: with value, as

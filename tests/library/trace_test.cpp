@@ -82,7 +82,8 @@ TEST_F(Trace, dumpsTransfersAndHandles) {
     for (const int kind : {1, 2}) trace::traceReceiveHandle(reader, kind);
     trace::traceSend(writer, bytes, &four);
     for (const int kind : {1, 2, 3}) trace::traceSendHandle(writer, kind, bytes, &four);
-    for (const int kind : {1, 2, 3}) trace::traceConnectHandle(kind, uint8_t{0});
+    void (*const connectHandleOf)(int, uint8_t) = trace::traceConnectHandle;
+    for (const int kind : {1, 2, 3}) connectHandleOf(kind, 0);
     trace::traceConnectHandle(1, -1);
     const std::string read = hexOf(reader.pipe), write = hexOf(writer.pipe), dump = "F0 C0 AB 00 ";
     EXPECT_EQ(take(ofThread), entry("Receive Message", dump) + entry("Receive Message") +
