@@ -66,7 +66,7 @@ private:
 void load(const char* path) {
     firmware::SRecordJob job;
     require(firmware::prepareUpdateImage(path, job) == ZPRUSB_SUCCESS, "to scan a firmware file");
-    require(firmware::readSRecordFile(job) == ZPRUSB_SUCCESS && job.imageLength == imageSize,
+    require(firmware::readUpdateImage(job) == ZPRUSB_SUCCESS && job.imageLength == imageSize,
             "to load a firmware file");
     firmware::freeUpdateImage(job.image);
 }

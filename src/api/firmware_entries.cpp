@@ -1,4 +1,6 @@
 /// Entry points of the firmware update: each is its frame and its operation.
+#include <utility>
+
 #include "api/entry_frame.h"
 #include "api/internal.h"
 #include "firmware/update.h"
@@ -35,5 +37,7 @@ uint32_t zprusb_startUpdate(uint8_t target, uint32_t start, uint32_t length, uin
 }
 
 uint32_t zprusb_writeUpdateData(const uint8_t* data, uint32_t* length, uint16_t* resultCode) {
-    return run(lockFreeFrame, resultCode, firmware::writeUpdateData, data, length);
+    // Whatever the call fails of, it has sent nothing until it has.
+    const uint32_t wanted = length != nullptr ? std::exchange(*length, 0) : 0;
+    return run(lockFreeFrame, resultCode, firmware::writeUpdateData, data, wanted, length);
 }

@@ -160,7 +160,7 @@ uint32_t zprusb_cmdReserved(uint8_t value, uint16_t* resultCode);
 ///        a failure but 1501. May be null.
 /// @param startAddress, endAddress of the image's first and last byte; untouched after a failure. May be null.
 /// @param resultCode 0; 1000; 1005 the file can't be read, or ends within a record; 1006 no path; 1501; 3001;
-///        3002; 3003 also when the image were larger than 512 KiB.
+///        3002; 3003 also when the image were larger than 512 KiB, or the file has changed while it was read.
 /// @return the image, to be given to zprusb_freeUpdateImage() before zprusb_close(); null on failure.
 uint8_t* zprusb_loadUpdateImage(const char* path, uint32_t* imageLength, uint32_t* imageByteSum,
                                 uint32_t* startAddress, uint32_t* endAddress, uint16_t* resultCode);
@@ -180,8 +180,10 @@ uint32_t zprusb_startUpdate(uint8_t target, uint32_t start, uint32_t length, uin
 
 /// Sends the next bytes of the transfer, in chunks of 4096 bytes, without a time-out.
 /// @param data the start of the image in every call: what was sent since the start is left out.
-/// @param length bytes to send; becomes the number of bytes that this call sent. With 0, nothing is sent.
-/// @param resultCode 0; 1006; 1501; 2000; 2600.
+/// @param length bytes to send; becomes the number of bytes that this call sent, also when it fails. With 0,
+///        nothing is sent.
+/// @param resultCode 0; 1006; 1501; 2000; 2600, also when more than 4 GiB were sent since the start, and then
+///        nothing is sent.
 uint32_t zprusb_writeUpdateData(const uint8_t* data, uint32_t* length, uint16_t* resultCode);
 
 #ifdef __cplusplus

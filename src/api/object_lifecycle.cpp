@@ -81,7 +81,7 @@ bool openSlot(uint32_t slot, uint16_t* resultCode) {
 
 void allowUpdates(uint32_t slot) {
     const ObjectUse object(static_cast<int>(slot));
-    if (!(*object).update) (*object).update.emplace();
+    (*object).update.allowed = true;
 }
 
 /// Ends what the object has of the outside world. Its memory goes with its last user.

@@ -3,7 +3,6 @@
 #include <array>
 #include <atomic>
 #include <cstdint>
-#include <optional>
 
 #include "device/control_library.h"
 #include "device/transport.h"
@@ -49,9 +48,10 @@ struct WorkingBuffers {
     uint8_t* work = nullptr;
 };
 
-/// How far a firmware update has got.
+/// The firmware update of an object. Its operations run without the ApiLock.
 struct UpdateSession {
-    uint32_t bytesSent = 0;  // since the printer was last asked to take a transfer
+    std::atomic<bool> allowed{false};    // whether the object was opened for update
+    std::atomic<uint32_t> bytesSent{0};  // since the printer was last asked to take a transfer
 };
 
 /// One printer as seen by one caller thread. Only api/ opens one and tears it down; the operations on it are
@@ -67,9 +67,9 @@ struct PrinterObject {
     PrinterId selectedPrinterId = filledPrinterId(0xFF);
     PrinterLabel selectedPrinterLabel{};
     PageParameters page;
-    std::optional<UpdateSession> update;  // there in an object that was opened for update
-    uint16_t scanLimit = deviceCount;     // device numbers that an enumeration probes
-    uint16_t openedCount = 0;             // devices that the last enumeration opened
+    UpdateSession update;
+    uint16_t scanLimit = deviceCount;  // device numbers that an enumeration probes
+    uint16_t openedCount = 0;          // devices that the last enumeration opened
     // What the last page start reserved, and where in the device table; guarded by deviceTableLock.
     platform::NamedMutex* pageMutex = nullptr;
     uint8_t pageDevice = noDeviceIndex;

@@ -18,7 +18,7 @@ constexpr uint32_t preparationMilliseconds = 300;
 
 /// Whether the object may be used for updates.
 bool isOpenForUpdate(const PrinterObject& printer, uint16_t* resultCode) {
-    return printer.update.has_value() || device::fail(ZPRUSB_NO_OBJECT, resultCode);
+    return printer.update.allowed || device::fail(ZPRUSB_NO_OBJECT, resultCode);
 }
 
 void report(uint32_t* fact, uint32_t value) {
@@ -44,12 +44,25 @@ uint16_t prepareUpdateImage(const char* path, SRecordJob& job) {
     return ZPRUSB_SUCCESS;
 }
 
+uint16_t readUpdateImage(SRecordJob& job) {
+    const uint32_t scannedByteSum = job.dataByteSum;
+    const uint16_t result = readSRecordFile(job);
+    if (result != ZPRUSB_SUCCESS) return result;
+    if (job.lowestAddress == job.startAddress && job.highestAddress == job.endAddress &&
+        job.dataByteSum == scannedByteSum) {
+        return ZPRUSB_SUCCESS;
+    }
+    freeUpdateImage(job.image);
+    job.image = nullptr;
+    return ZPRUSB_BAD_ADDRESS;
+}
+
 uint8_t* loadUpdateImage(PrinterObject& printer, const char* path, const ImageFacts& facts,
                          uint16_t* resultCode) {
     if (!isOpenForUpdate(printer, resultCode)) return nullptr;
     SRecordJob job;
     uint16_t result = path != nullptr ? prepareUpdateImage(path, job) : uint16_t{ZPRUSB_BAD_ARGUMENT};
-    if (result == ZPRUSB_SUCCESS) result = readSRecordFile(job);
+    if (result == ZPRUSB_SUCCESS) result = readUpdateImage(job);
     device::setResult(resultCode, result);
     report(facts.length, job.image != nullptr ? job.imageLength : 0);
     report(facts.byteSum, job.image != nullptr ? job.imageByteSum : 0);
@@ -78,22 +91,24 @@ bool startUpdate(PrinterObject& printer, uint8_t target, uint32_t start, uint32_
     if (!checkUpdateTarget(printer, resultCode)) return false;
     const bool accepted = protocol::perform(printer, nullptr, protocol::sendUpdate, target, start, length);
     if (accepted) platform::sleepMilliseconds(preparationMilliseconds);
-    printer.update->bytesSent = 0;
+    printer.update.bytesSent = 0;
     device::setResult(resultCode, accepted ? ZPRUSB_SUCCESS : ZPRUSB_UPDATE_REFUSED);
     return accepted;
 }
 
-bool writeUpdateData(PrinterObject& printer, const uint8_t* data, uint32_t* length, uint16_t* resultCode) {
+bool writeUpdateData(PrinterObject& printer, const uint8_t* data, uint32_t length, uint32_t* sent,
+                     uint16_t* resultCode) {
     if (!checkUpdateTarget(printer, resultCode)) return false;
-    if (length == nullptr || (data == nullptr && *length != 0)) {
+    if (sent == nullptr || (data == nullptr && length != 0)) {
         return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
     }
+    const uint32_t start = printer.update.bytesSent;
+    if (length > UINT32_MAX - start) return device::fail(ZPRUSB_COMMUNICATION, resultCode);
     device::setResult(resultCode, ZPRUSB_SUCCESS);
-    if (*length == 0) return true;
-    const bool sent = device::directWriteInChunks(printer.writer, data + printer.update->bytesSent, *length,
-                                                  resultCode, length);
-    printer.update->bytesSent += *length;
-    return sent;
+    if (length == 0) return true;
+    const bool success = device::directWriteInChunks(printer.writer, data + start, length, resultCode, sent);
+    printer.update.bytesSent += *sent;
+    return success;
 }
 
 }  // namespace firmware

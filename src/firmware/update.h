@@ -16,6 +16,10 @@ using device::PrinterObject;
 /// @return as readSRecordFile(); 3003 also for more than 512 KiB. The range tells then where the records lie.
 uint16_t prepareUpdateImage(const char* path, SRecordJob& job);
 
+/// The read that was prepared.
+/// @return as readSRecordFile(); 3003 also when the file has changed since.
+uint16_t readUpdateImage(SRecordJob& job);
+
 /// What loadUpdateImage() tells about an image; each pointer may be null.
 struct ImageFacts {
     uint32_t* length;
@@ -39,7 +43,8 @@ bool startUpdate(PrinterObject& printer, uint8_t target, uint32_t start, uint32_
 
 /// Sends the bytes after those that were sent since the last start.
 /// @param data the start of the image in every call.
-/// @param length bytes to send, then bytes sent.
-bool writeUpdateData(PrinterObject& printer, const uint8_t* data, uint32_t* length, uint16_t* resultCode);
+/// @param sent 0; becomes the number of bytes sent. May not be null.
+bool writeUpdateData(PrinterObject& printer, const uint8_t* data, uint32_t length, uint32_t* sent,
+                     uint16_t* resultCode);
 
 }  // namespace firmware

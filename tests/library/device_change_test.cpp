@@ -49,6 +49,7 @@ TEST_F(PluggedPrinters, areDeselectedAndClosedWhenTheyAreUnplugged) {
     EXPECT_EQ(codeOf(zprusb_checkUpdateTarget), ZPRUSB_NO_PRINTER);
     EXPECT_EQ(codeOf(zprusb_startUpdate, uint8_t{1}, 0u, length), ZPRUSB_NO_PRINTER);
     EXPECT_EQ(codeOf(zprusb_writeUpdateData, &data, &length), ZPRUSB_NO_PRINTER);
+    EXPECT_EQ(length, 0u);
     expectPipesClosed(0, 1);
     EXPECT_EQ(listPrinters(), Bytes{1});
     EXPECT_EQ(zprusb_selectPrinter(1, nullptr), 1u);

@@ -155,6 +155,27 @@ TEST_F(FirmwareFile, isTheSameThroughAnyBufferAndNeverHalfRead) {
     }
 }
 
+TEST_F(FirmwareFile, hasToStayTheSameBetweenBothReads) {
+    const std::string all = record('1', 0x1000, counting) + atTheEnd;
+    const std::pair<std::string, uint16_t> cases[] = {
+        {all + "S500", 0},
+        {record('1', 0x1001, counting) + atTheEnd, ZPRUSB_BAD_ADDRESS},
+        {record('1', 0x1000, counting) + record('1', 0x1006, {17}), ZPRUSB_BAD_ADDRESS},
+        {record('1', 0x1000, counting) + record('1', 0x1006, {8, 10}), ZPRUSB_BAD_ADDRESS},
+        {all + record('1', 0x1008, {1}), ZPRUSB_BAD_ADDRESS},
+        {all.substr(0, all.size() - 1), ZPRUSB_FILE_FAILED},
+    };
+    for (const auto& [changed, code] : cases) {
+        SRecordJob job;
+        const std::string path = write(all);
+        EXPECT_EQ(firmware::prepareUpdateImage(path.c_str(), job), 0);
+        write(changed);
+        EXPECT_EQ(firmware::readUpdateImage(job), code) << changed;
+        EXPECT_EQ(job.image != nullptr, code == 0) << changed;
+        firmware::freeUpdateImage(job.image);
+    }
+}
+
 TEST_F(FirmwareFile, isAFileThatCanBeRead) {
     const std::string folder = path("folder"), missing = path("missing"), image = path("missing/image");
     std::filesystem::create_directory(folder);
@@ -196,15 +217,16 @@ struct FirmwareUpdate : OpenPrinters<2>, FirmwareFolder {
 }  // namespace
 
 TEST_F(FirmwareUpdate, needsAnObjectThatIsOpenForIt) {
-    uint32_t length = 5;
     EXPECT_EQ(load(four), uint32_t{ZPRUSB_NO_OBJECT});
     EXPECT_EQ(codeOf(zprusb_checkUpdateTarget), ZPRUSB_NO_OBJECT);
     EXPECT_EQ(codeOf(zprusb_startUpdate, uint8_t{1}, 2u, 3u), ZPRUSB_NO_OBJECT);
-    EXPECT_EQ(codeOf(zprusb_writeUpdateData, counting.data(), &length), ZPRUSB_NO_OBJECT);
+    EXPECT_EQ(send(5, 0), ZPRUSB_NO_OBJECT);
     EXPECT_EQ(codeOf(zprusb_openForUpdate, 0u), ZPRUSB_SUCCESS);
     EXPECT_EQ(codeOf(zprusb_checkUpdateTarget), ZPRUSB_SUCCESS);
     EXPECT_EQ(codeOf(zprusb_writeUpdateData, counting.data(), nullptr), ZPRUSB_BAD_ARGUMENT);
+    uint32_t length = 5;
     EXPECT_EQ(codeOf(zprusb_writeUpdateData, nullptr, &length), ZPRUSB_BAD_ARGUMENT);
+    EXPECT_EQ(length, 0u);
 }
 
 TEST_F(FirmwareUpdate, takesNoMoreThan512KiBOfMemory) {
@@ -234,6 +256,7 @@ TEST_F(FirmwareUpdate, sendsTheImageOnFromWhereItWas) {
     EXPECT_EQ(send(5000, 5000) + send(0, 0) + send(4096, 4096), 0);
     EXPECT_EQ(start(), 0);
     EXPECT_EQ(send(1, 1), 0);
+    EXPECT_EQ(send(0xFFFFFFFF, 0), ZPRUSB_COMMUNICATION) << "more than can be counted";
     const Bytes request{4, 0xC0, 9, 0, 3, 0x0D, 0x0C, 0x0B, 0x0A, 0x20, 0x4E, 0, 0};
     EXPECT_EQ(bus[0].pieces(6), (std::vector<Bytes>{request,
                                                     countingBytes(4096, 0x55),
@@ -250,4 +273,17 @@ TEST_F(FirmwareUpdate, sendsTheImageOnFromWhereItWas) {
     EXPECT_EQ(zprusb_selectPrinter(1, nullptr), 1u);
     EXPECT_EQ(send(3, 3), 0);  // the object's place in the image, whatever the printer
     EXPECT_EQ(bus[1].pieces(1).back(), countingBytes(3, 0x55));
+}
+
+TEST_F(FirmwareUpdate, mayBeOpenedAndSentByThreadsThatShareAnObject) {
+    const auto sendOneChunk = [] {
+        while (codeOf(zprusb_checkUpdateTarget) != ZPRUSB_SUCCESS) continue;
+        EXPECT_EQ(send(4096, 4096), 0);
+    };
+    std::jthread first(sendOneChunk), second(sendOneChunk);
+    EXPECT_EQ(codeOf(zprusb_openForUpdate, 0u), ZPRUSB_SUCCESS);
+    first.join();
+    second.join();
+    EXPECT_EQ(send(3, 3), 0);
+    EXPECT_EQ(bus[0].pieces(3).back(), countingBytes(3, 0x55 + 2 * 4096 % 256));
 }

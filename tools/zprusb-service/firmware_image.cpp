@@ -44,7 +44,7 @@ FirmwareImage::FirmwareImage(const std::string& path) {
     if (code == ZPRUSB_SUCCESS) {
         job_.onData = noteRecord;
         job_.observer = &ranges_;
-        code = firmware::readSRecordFile(job_);
+        code = firmware::readUpdateImage(job_);
     }
     mergeRanges(ranges_);
     if (code == ZPRUSB_SUCCESS) return;
