@@ -52,6 +52,9 @@
 /// wait for nothing. A background thread, started by zprusb_open(), notices unplugged printers; it takes the
 /// lock while it looks at them.
 ///
+/// On Linux, a thread that is cancelled in a call goes on until the call has returned, and the child of a fork
+/// finds the library as if it had never been opened; nothing that it does there concerns the parent's printers.
+///
 /// @section reservations Reservations
 ///
 /// A function that talks to a printer first reserves it for the calling thread, among all threads and processes

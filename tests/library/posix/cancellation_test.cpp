@@ -1,7 +1,7 @@
 // Threads that are cancelled while they are in a call.
 #include <pthread.h>
 
-#include <future>
+#include <atomic>
 
 #include "calls.h"
 #include "open_printer.h"
@@ -22,63 +22,57 @@ const std::vector<Operation> otherEntries{
     {CALL((zprusb_loadUpdateImage(".", nullptr, nullptr, nullptr, nullptr, code), 0u))},
 };
 
-struct Cancelled {
+struct Caller {
     const Operation& operation;
     uint16_t code = 0xABCD;
     bool returned = false;
 };
 
-/// Runs a call on a thread that is asked to end before it begins. The request may be followed afterwards.
-void runCancelled(Cancelled& cancelled) {
-    const auto body = [](void* argument) -> void* {
-        auto& own = *static_cast<Cancelled*>(argument);
-        pthread_cancel(pthread_self());
-        own.operation.call(&own.code);
-        own.returned = true;
-        pthread_testcancel();
-        return nullptr;
-    };
+/// Makes a call on a thread of its own. What asks the thread to end may have its way afterwards.
+void runCancelled(Caller& caller, void* (*body)(void* caller)) {
     pthread_t thread;
-    ASSERT_EQ(pthread_create(&thread, nullptr, body, &cancelled), 0);
+    ASSERT_EQ(pthread_create(&thread, nullptr, body, &caller), 0);
     void* outcome = nullptr;
     pthread_join(thread, &outcome);
-    EXPECT_EQ(outcome, PTHREAD_CANCELED) << cancelled.operation.name;
+    EXPECT_EQ(outcome, PTHREAD_CANCELED) << caller.operation.name;
+    EXPECT_NE(caller.code, 0xABCD) << caller.operation.name;
+}
+
+void* callWhenCancelled(void* caller) {
+    auto& own = *static_cast<Caller*>(caller);
+    pthread_cancel(pthread_self());
+    own.operation.call(&own.code);
+    own.returned = true;
+    for (;;) pthread_testcancel();
+}
+
+std::atomic<pthread_t> waiting;
+
+void* callBeforeCancelled(void* caller) {
+    auto& own = *static_cast<Caller*>(caller);
+    pthread_setcanceltype(PTHREAD_CANCEL_ASYNCHRONOUS, nullptr);
+    waiting = pthread_self();
+    own.operation.call(&own.code);
+    for (;;) continue;
 }
 
 }  // namespace
 
-TEST_F(OpenPrinter, isNotLeftByAThreadThatIsCancelledBeforeItsCallHasReturned) {
+TEST_F(OpenPrinter, isNotLeftByACancelledThreadBeforeItsCallHasReturned) {
     EXPECT_EQ(codeOf(zprusb_openForUpdate, 0u), ZPRUSB_SUCCESS);
     for (const auto& table : {operations, otherEntries}) {
         for (const Operation& operation : table) {
-            Cancelled cancelled{operation};
-            runCancelled(cancelled);
-            EXPECT_TRUE(cancelled.returned) << operation.name;
-            EXPECT_NE(cancelled.code, 0xABCD) << operation.name;
+            Caller caller{operation};
+            runCancelled(caller, callWhenCancelled);
+            EXPECT_TRUE(caller.returned) << operation.name;
         }
     }
-    EXPECT_EQ(codeOf(zprusb_status), ZPRUSB_SUCCESS);
-}
-
-TEST_F(OpenPrinter, isNotLeftByAThreadThatMayBeCancelledAtAnyInstruction) {
-    std::promise<void> answer;
-    bus[0].answer(getStatus, [&](const Bytes&) {
-        answer.get_future().wait();
+    bus[0].answer(getStatus, [](const Bytes&) {
+        if (waiting != 0) pthread_cancel(waiting.exchange(0));
         return normalAnswer(statusPayload());
     });
-    uint16_t code = 0xABCD;
-    const auto body = [](void* argument) -> void* {
-        pthread_setcanceltype(PTHREAD_CANCEL_ASYNCHRONOUS, nullptr);
-        zprusb_status(static_cast<uint16_t*>(argument));
-        for (;;) continue;
-    };
-    pthread_t thread;
-    ASSERT_EQ(pthread_create(&thread, nullptr, body, &code), 0);
-    EXPECT_EQ(bus[0].pieces(1).size(), 1u);
-    pthread_cancel(thread);
-    answer.set_value();
-    pthread_join(thread, nullptr);
-    EXPECT_EQ(code, ZPRUSB_SUCCESS);
-    bus[0].answer(getStatus, normalAnswer(statusPayload()));
+    Caller caller{operations[0]};
+    runCancelled(caller, callBeforeCancelled);
+    EXPECT_EQ(caller.code, ZPRUSB_SUCCESS);
     EXPECT_EQ(codeOf(zprusb_status), ZPRUSB_SUCCESS);
 }

@@ -5,6 +5,7 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <filesystem>
 #include <fstream>
@@ -52,28 +53,22 @@ TEST(MessageWindows, theFirstOfTheProcessMakesOneMessageOfAllThatWasPostedAndThe
 }
 
 TEST(MessageWindows, takeTheKernelsWordOnlyWhenUsbDevicesCameOrWent) {
-    const std::string address = "/devices/pci0000:00/0000:00:14.0/usb1/1-2";
     const struct {
-        std::string action, subsystem, type;
+        std::string text;  // zero bytes are lines' ends here
         bool counts;
     } cases[] = {
-        {"add", "usb", "usb_device", true},      {"remove", "usb", "usb_device", true},
-        {"bind", "usb", "usb_device", false},    {"change", "usb", "usb_device", false},
-        {"add", "usb", "usb_interface", false},  {"remove", "usbmisc", "usb_device", false},
-        {"add", "net", "usb_device", false},     {"remove", "block", "disk", false},
-        {"removed", "usb", "usb_device", false},
+        {"add@/usb1/1-2\nACTION=add\nDEVPATH=/usb1/1-2\nSUBSYSTEM=usb\nDEVTYPE=usb_device\nSEQNUM=7\n", true},
+        {"remove@/usb1/1-2\nACTION=remove\nSUBSYSTEM=usb\nMAJOR=189\nDEVTYPE=usb_device\n", true},
+        {"bind@/usb1/1-2\nACTION=bind\nSUBSYSTEM=usb\nDEVTYPE=usb_device\n", false},
+        {"add@/usb1/1-2/1-2:1.0\nACTION=add\nSUBSYSTEM=usb\nDEVTYPE=usb_interface\n", false},
+        {"remove@/usb1/1-2/lp0\nACTION=remove\nSUBSYSTEM=usbmisc\nDEVTYPE=usb_device\n", false},
+        {"add@/block/sda\nACTION=add\nNOTE=SUBSYSTEM=usb\nSUBSYSTEM=block\nDEVTYPE=usb_device\n", false},
+        {"", false},
     };
-    const std::string zero(1, '\0');
-    for (const auto& [action, subsystem, type, counts] : cases) {
-        const std::string notification = action + "@" + address + zero + "ACTION=" + action + zero +
-                                         "DEVPATH=" + address + zero + "SUBSYSTEM=" + subsystem + zero +
-                                         "MAJOR=189" + zero + "MINOR=4" + zero + "DEVNAME=bus/usb/001/005" +
-                                         zero + "DEVTYPE=" + type + zero + "PRODUCT=5a2c/12/100" + zero +
-                                         "SEQNUM=4711" + zero;
-        EXPECT_EQ(tellsOfUsbDevice(notification), counts) << notification;
-        EXPECT_FALSE(tellsOfUsbDevice(notification.substr(0, notification.find("TYPE=") + 8)));
+    for (auto [text, counts] : cases) {
+        std::ranges::replace(text, '\n', '\0');
+        EXPECT_EQ(tellsOfUsbDevice(text), counts) << text;
     }
-    EXPECT_FALSE(tellsOfUsbDevice(""));
 }
 
 TEST(MessageWindows, ignoreWhatTheKernelTellsOfOtherDevices) {
