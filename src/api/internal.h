@@ -182,8 +182,8 @@ uint32_t zprusb_startUpdate(uint8_t target, uint32_t start, uint32_t length, uin
 /// @param data the start of the image in every call: what was sent since the start is left out.
 /// @param length bytes to send; becomes the number of bytes that this call sent, also when it fails. With 0,
 ///        nothing is sent.
-/// @param resultCode 0; 1006; 1501; 2000; 2600, also when more than 4 GiB were sent since the start, and then
-///        nothing is sent.
+/// @param resultCode 0; 1006; 1501; 2000; 2600, also when the bytes since the start would make 4 GiB or more:
+///        then nothing is sent.
 uint32_t zprusb_writeUpdateData(const uint8_t* data, uint32_t* length, uint16_t* resultCode);
 
 #ifdef __cplusplus
