@@ -2,9 +2,11 @@
 
 #include <atomic>
 #include <chrono>
+#include <optional>
 #include <vector>
 
 #include "mutex_fixture.h"
+#include "support/latch.h"
 
 using namespace platform;
 
@@ -65,6 +67,7 @@ TEST_F(NamedMutexes, tellTheNextOwnerOnceThatAThreadEndedWithoutARelease) {
     };
     for (int round = 0; round < 20; ++round) {
         abandon();
+        EXPECT_FALSE(isOwnedByThisProcess(mutex));
         EXPECT_EQ(elsewhere(500), MutexWait::abandoned);
         EXPECT_EQ(elsewhere(500), MutexWait::obtained);
     }
@@ -101,8 +104,57 @@ TEST_F(NamedMutexes, letOneOfManyThreadsAndProcessesInAtATime) {
         });
     }
     auto child = holdingChild();
-    EXPECT_EQ(child.readLine(), "obtained");
+    std::string line = child.readLine();
+    if (line == "waits") line = child.readLine();
+    EXPECT_EQ(line, "obtained");
     EXPECT_EQ(inside, 0);
     child.closeInput();
     EXPECT_TRUE(child.endedWell());
+}
+
+TEST_F(NamedMutexes, areHandedToAProcessThatWaitsForOneThatHardlyEverLetsGo) {
+    test::ChildProcess child(test::ownProgram(), {"hold-mutex-again", name});
+    while (waitForNamedMutex(mutex, 0) != MutexWait::timedOut) releaseNamedMutex(mutex);
+    for (int round = 0; round < 16; ++round) {
+        EXPECT_EQ(waitForNamedMutex(mutex, 500), MutexWait::obtained);
+        releaseNamedMutex(mutex);
+    }
+    child.closeInput();
+    EXPECT_TRUE(child.endedWell());
+}
+
+TEST_F(NamedMutexes, endTheirOwnershipWhenTheProcessClosesThemWhoeverElseWaits) {
+    for (const bool anotherProcessWaits : {false, true}) {
+        Latch owned(1), closed(1), lookedAgain(1), end(1);
+        std::jthread owner([&] {
+            for (int i = 0; i < 2; ++i) EXPECT_EQ(waitForNamedMutex(mutex, 0), MutexWait::obtained);
+            owned.countDown();
+            closed.wait();
+            releaseClosedMutexes();
+            lookedAgain.countDown();
+            end.wait();
+            EXPECT_FALSE(releaseNamedMutex(mutex));
+        });
+        owned.wait();
+        EXPECT_TRUE(isOwnedByThisProcess(mutex));
+        std::optional<test::ChildProcess> child;
+        if (anotherProcessWaits) {
+            child.emplace(test::ownProgram(), std::vector<std::string>{"hold-mutex", name});
+            EXPECT_EQ(child->readLine(), "waits");
+        }
+        closeNamedMutex(mutex);
+        mutex = openNamedMutex(name.c_str());
+        if (!anotherProcessWaits) {
+            EXPECT_EQ(elsewhere(0), MutexWait::obtained);
+        }
+        closed.countDown();
+        lookedAgain.wait();
+        EXPECT_FALSE(isOwnedByThisProcess(mutex));
+        if (anotherProcessWaits) {
+            EXPECT_EQ(child->readLine(), "obtained");
+            child->closeInput();
+            EXPECT_TRUE(child->endedWell());
+        }
+        end.countDown();
+    }
 }

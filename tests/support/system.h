@@ -27,7 +27,9 @@ bool isLoaded(const std::filesystem::path& library);
 /// How many files, sockets, windows' handles or threads the process has.
 unsigned resourceCount();
 
-/// A named mutex outlives the test on some systems.
+/// What a named mutex leaves behind: some systems keep it in a file.
+std::vector<std::filesystem::path> mutexFiles(const std::string& name);
+
 /// @return how many were left.
 unsigned removeMutex(const std::string& name);
 

@@ -21,14 +21,27 @@ struct NamedMutex {
     const void* owner = nullptr;
     uint32_t depth = 0;
     uint32_t uses = 0;
-    bool asking = false;  // a thread of this process is trying to get the file's lock
+    uint32_t waiting = 0;   // threads of this process
+    bool promised = false;  // to one of those: it was released while they waited
+    bool asking = false;    // a thread of this process is trying to get the file's lock
+    Moment standBackUntil = 0;
+    Moment stubbornUntil = 0;
     NamedMutex* next = nullptr;
 };
 
 namespace {
 
-constexpr Moment firstPause = 100'000;  // nanoseconds between two attempts to lock the file
+// Nanoseconds between two attempts to lock the file. The release wakes who waits; this is for owners that are
+// killed, and for files that somebody has made unfit for that.
+constexpr Moment firstPause = 100'000;
 constexpr Moment longestPause = 4'000'000;
+
+// How long this process leaves a mutex to another one that waited when it was released. When nobody takes it
+// for that long, as the other is stopped or doesn't want it, nobody is waited for for the second time: so this
+// costs no more than a tenth of the time.
+constexpr Moment longestStandingBack = 20'000'000;
+constexpr Moment stubbornness = 180'000'000;
+constexpr Moment glance = 50'000;
 
 // Guards all mutexes and the list of them. Nothing is waited for while it is held, and no other lock taken; the
 // system calls on a lock file take no longer than memory does.
@@ -52,7 +65,8 @@ using HoldingRegistry = Holding<Registry>;
 
 void disown(NamedMutex& mutex) {
     mutex.owner = nullptr;
-    unlockFile(mutex.file);
+    mutex.promised = mutex.waiting > 0;
+    if (unlockFile(mutex.file)) mutex.standBackUntil = now() + longestStandingBack;
     pthread_cond_broadcast(&mutex.changed);
 }
 
@@ -77,6 +91,8 @@ void resetInChild() {
         initCondition(mutex->changed);
         mutex->owner = nullptr;
         mutex->asking = false;
+        mutex->promised = false;
+        mutex->waiting = 0;
     }
     registry.leave();
 }
@@ -97,9 +113,9 @@ bool isPrepared() {
            pthread_setspecific(registry.threadEndKey, &self) == 0;
 }
 
-NamedMutex* findByFile(const LockFile& file) {
+NamedMutex* findByFile(const char* name) {
     NamedMutex* mutex = registry.first;
-    while (mutex != nullptr && std::strcmp(mutex->file.path, file.path) != 0) mutex = mutex->next;
+    while (mutex != nullptr && std::strcmp(mutex->file.name, name) != 0) mutex = mutex->next;
     return mutex;
 }
 
@@ -118,21 +134,66 @@ void removeFromRegistry(NamedMutex& mutex) {
     *link = mutex.next;
 }
 
-// The kernel can't be asked to wait up to a moment, so it is asked again and again, soon at first.
-LockAttempt lockFileUntil(NamedMutex& mutex, Moment limit) {
-    for (Moment pause = firstPause;; pause = std::min(2 * pause, longestPause)) {
-        const LockAttempt attempt = tryLockFile(mutex.file);
-        if (attempt != LockAttempt::heldElsewhere || now() >= limit) return attempt;
+// Among the threads of the process. Who comes after a release doesn't overtake those who waited for it.
+bool waitForTurn(NamedMutex& mutex, Moment limit) {
+    bool hasWaited = false;
+    while (mutex.owner != nullptr || mutex.asking || (mutex.promised && !hasWaited)) {
+        ++mutex.waiting;
+        const bool inTime = waitOn(mutex.changed, registry.mutex, limit);
+        --mutex.waiting;
+        hasWaited = true;
+        if (inTime) continue;
+        if (mutex.waiting == 0) mutex.promised = false;
+        return false;
+    }
+    mutex.promised = false;
+    return true;
+}
+
+// Among the processes: without it, who has just released is always faster than who is woken by that.
+void standBack(NamedMutex& mutex, Moment limit) {
+    if (now() >= mutex.standBackUntil || now() < mutex.stubbornUntil) return;
+    const Moment end = std::min(mutex.standBackUntil, limit);
+    while (now() < end && isDueToAnother(mutex.file)) {
         registry.leave();
-        sleepUntil(std::min(now() + pause, limit));
+        sleepUntil(std::min(now() + glance, end));
         registry.enter();
     }
+    if (now() >= mutex.standBackUntil) mutex.stubbornUntil = now() + stubbornness;
+}
+
+// The kernel can't be asked to wait for the lock up to a moment. It is asked when an owner lets go, and now and
+// then. Whoever wakes this process in vain doesn't make it ask more often than the first pause has it.
+LockAttempt waitForFile(NamedMutex& mutex, Moment limit) {
+    LockAttempt attempt;
+    Moment lastTurn = 0;
+    for (Moment pause = firstPause;; pause = std::min(2 * pause, longestPause)) {
+        const Moment turn = now();
+        announceWaiting(mutex.file);
+        const uint32_t release = lastRelease(mutex.file);
+        attempt = tryLockFile(mutex.file);
+        if (attempt != LockAttempt::heldElsewhere || turn >= limit) break;
+        registry.leave();
+        if (turn < lastTurn + firstPause) {
+            sleepUntil(std::min(turn + firstPause, limit));
+        } else {
+            sleepUntilRelease(mutex.file, release, std::min(turn + pause, limit));
+        }
+        registry.enter();
+        lastTurn = turn;
+    }
+    withdrawWaiting(mutex.file);
+    return attempt;
+}
+
+LockAttempt lockFileUntil(NamedMutex& mutex, Moment limit) {
+    standBack(mutex, limit);
+    const LockAttempt attempt = tryLockFile(mutex.file);
+    return attempt == LockAttempt::heldElsewhere && now() < limit ? waitForFile(mutex, limit) : attempt;
 }
 
 MutexWait obtain(NamedMutex& mutex, Moment limit) {
-    while (mutex.owner != nullptr || mutex.asking) {
-        if (!waitOn(mutex.changed, registry.mutex, limit)) return MutexWait::timedOut;
-    }
+    if (!waitForTurn(mutex, limit)) return MutexWait::timedOut;
     mutex.asking = true;
     const LockAttempt attempt = lockFileUntil(mutex, limit);
     mutex.asking = false;
@@ -151,7 +212,7 @@ NamedMutex* openNamedMutex(const char* name) {
     LockFile file;
     nameLockFile(file, name);
     const HoldingRegistry holding(registry);
-    NamedMutex* mutex = findByFile(file);
+    NamedMutex* mutex = findByFile(file.name);
     if (mutex == nullptr) mutex = addToRegistry(file);
     if (mutex != nullptr) ++mutex->uses;
     return mutex;

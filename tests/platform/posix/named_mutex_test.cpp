@@ -1,25 +1,19 @@
 #include "platform/named_mutex.h"
 
 #include <signal.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include <atomic>
+#include <vector>
 
 #include "mutex_fixture.h"
 #include "transfer.h"
 
 using namespace platform;
-
-namespace {
-
-std::filesystem::path lockFileOf(const std::string& name) {
-    for (const auto& entry : std::filesystem::directory_iterator("/dev/shm")) {
-        if (entry.path().filename().string().starts_with("zprusb-" + name + "-")) return entry.path();
-    }
-    return {};
-}
-
-}  // namespace
+namespace fs = std::filesystem;
 
 TEST_F(NamedMutexes, areNotOwnedByAForkedChildOfTheirOwnerNorKeptByItWhenTheOwnerIsKilled) {
     test::Pipe childLives, report;
@@ -44,29 +38,94 @@ TEST_F(NamedMutexes, areNotOwnedByAForkedChildOfTheirOwnerNorKeptByItWhenTheOwne
     waitpid(owner, nullptr, 0);
 }
 
-TEST_F(NamedMutexes, areSharedAgainAfterTheirFileWasRemoved) {
-    test::removeMutex(name);
-    auto child = holdingChild();
-    ASSERT_EQ(child.readLine(), "obtained");
-    EXPECT_EQ(waitForNamedMutex(mutex, 10), MutexWait::timedOut);
-    child.closeInput();
-    EXPECT_EQ(waitForNamedMutex(mutex, forever), MutexWait::obtained);
-    EXPECT_TRUE(releaseNamedMutex(mutex));
+TEST_F(NamedMutexes, areSharedAgainAfterTheirFileHasLostItsName) {
+    const fs::path elsewherePath = fs::path("/dev/shm") / name;
+    for (const auto loseName : {+[](const fs::path&file, const fs::path&) { fs::remove(file); },
+                                +[](const fs::path&file, const fs::path&to) { fs::rename(file, to); },
+                                +[](const fs::path&file, const fs::path&to) {
+                                    fs::create_hard_link(file, to);
+                                    fs::remove(file);
+                                }}) {
+        EXPECT_EQ(waitForNamedMutex(mutex, forever), MutexWait::obtained);
+        loseName(test::mutexFiles(name).at(0), elsewherePath);
+        EXPECT_TRUE(releaseNamedMutex(mutex));
+        auto child = holdingChild();
+        ASSERT_EQ(child.readLine(), "obtained");
+        EXPECT_EQ(waitForNamedMutex(mutex, 10), MutexWait::timedOut);
+        child.closeInput();
+        EXPECT_EQ(waitForNamedMutex(mutex, forever), MutexWait::obtained);
+        EXPECT_TRUE(releaseNamedMutex(mutex));
+        fs::remove(elsewherePath);
+    }
 }
 
-TEST_F(NamedMutexes, haveAFileThatIsOpenToAllUsersAndFailForAsLongAsItIsNoFile) {
+TEST_F(NamedMutexes, areNotKeptFromOthersByAStoppedWaiterNorByAFileThatIsCutOff) {
+    EXPECT_EQ(waitForNamedMutex(mutex, 0), MutexWait::obtained);
+    const pid_t stopped = fork();
+    if (stopped == 0) {
+        waitForNamedMutex(mutex, forever);
+        pause();
+    }
+    auto other = holdingChild();
+    EXPECT_EQ(other.readLine(), "waits");
+    fs::resize_file(test::mutexFiles(name).at(0), 0);
+    kill(stopped, SIGSTOP);
+    EXPECT_TRUE(releaseNamedMutex(mutex));
+    EXPECT_EQ(other.readLine(), "obtained");
+    other.closeInput();
+    for (int round = 0; round < 16; ++round) {
+        EXPECT_EQ(waitForNamedMutex(mutex, 500), MutexWait::obtained);
+        releaseNamedMutex(mutex);
+    }
+    kill(stopped, SIGKILL);
+    waitpid(stopped, nullptr, 0);
+}
+
+TEST_F(NamedMutexes, canBeUsedInAChildThatIsForkedWhileOtherThreadsUseThem) {
+    std::atomic<bool> ended{false};
+    std::vector<std::jthread> users;
+    for (int i = 0; i < 3; ++i) {
+        users.emplace_back([&] {
+            while (!ended) {
+                NamedMutex* use = openNamedMutex(name.c_str());
+                waitForNamedMutex(use, 1);
+                releaseNamedMutex(use);
+                closeNamedMutex(use);
+            }
+        });
+    }
+    for (int round = 0; round < 100; ++round) {
+        const pid_t child = fork();
+        if (child == 0) {
+            alarm(30);
+            _exit(waitForNamedMutex(mutex, forever) == MutexWait::failed || !releaseNamedMutex(mutex));
+        }
+        int status = 1;
+        waitpid(child, &status, 0);
+        EXPECT_EQ(status, 0);
+    }
+    ended = true;
+}
+
+TEST_F(NamedMutexes, haveAFileThatIsOpenToAllUsersAndFailForAsLongAsItCannotBeUsed) {
     umask(0077);
+    rlimit files;
+    getrlimit(RLIMIT_NOFILE, &files);
+    const rlimit none{0, files.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &none);
+    EXPECT_EQ(waitForNamedMutex(mutex, forever), MutexWait::failed);
+    setrlimit(RLIMIT_NOFILE, &files);
     EXPECT_EQ(elsewhere(0), MutexWait::obtained);
-    const std::filesystem::path file = lockFileOf(name);
-    EXPECT_EQ(std::filesystem::status(file).permissions(), std::filesystem::perms(0666));
-    std::filesystem::remove(file);
+    const fs::path file = test::mutexFiles(name).at(0);
+    EXPECT_EQ(fs::status(file).permissions(), fs::perms(0666));
+    fs::remove(file);
     for (const bool link : {true, false}) {
         if (link)
-            std::filesystem::create_symlink("/dev/null", file);
+            fs::create_symlink("/dev/null", file);
         else
-            std::filesystem::create_directory(file);
+            fs::create_directory(file);
         for (int call = 0; call < 2; ++call) EXPECT_EQ(elsewhere(forever), MutexWait::failed);
-        std::filesystem::remove(file);
+        fs::remove(file);
     }
     EXPECT_EQ(elsewhere(0), MutexWait::obtained);
 }

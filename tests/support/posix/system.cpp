@@ -54,15 +54,23 @@ unsigned resourceCount() {
     return static_cast<unsigned>(entriesOf("/proc/self/fd") + entriesOf("/proc/self/task"));
 }
 
-unsigned removeMutex(const std::string& name) {
+std::vector<fs::path> mutexFiles(const std::string& name) {
     std::string start = name.substr(0, 96);
     std::ranges::replace_if(
         start, [](unsigned char c) { return !std::isalnum(c) && c != '-' && c != '_'; }, '_');
-    unsigned removed = 0;
-    for (const auto& entry : fs::directory_iterator("/dev/shm")) {
-        if (entry.path().filename().string().starts_with("zprusb-" + start + "-"))
-            removed += fs::remove(entry.path());
+    std::vector<fs::path> files;
+    for (const char* folder : {"/run/lock/zprusb", "/dev/shm"}) {
+        if (!fs::exists(folder)) continue;
+        for (const auto& entry : fs::directory_iterator(folder)) {
+            if (entry.path().filename().string().starts_with("zprusb-" + start + "-")) files.push_back(entry);
+        }
     }
+    return files;
+}
+
+unsigned removeMutex(const std::string& name) {
+    unsigned removed = 0;
+    for (const fs::path& file : mutexFiles(name)) removed += fs::remove(file);
     return removed;
 }
 

@@ -59,6 +59,10 @@ unsigned resourceCount() {
     return count;
 }
 
+std::vector<fs::path> mutexFiles(const std::string&) {
+    return {};
+}
+
 unsigned removeMutex(const std::string&) {
     return 0;
 }
