@@ -1,5 +1,6 @@
 // The reservation of a printer, against a bare lock of the same kind: the kernel's, on a file.
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -13,6 +14,8 @@
 #include "printers.h"
 
 namespace bench {
+
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -76,13 +79,7 @@ public:
         if (process_ > 0) return;
         close(orders_[1]);
         AnyLock lock(arguments...);
-        char order;
-        while (read(orders_[0], &order, 1) == 1) {
-            lock.obtain();
-            const double moment = secondsSinceStart();
-            lock.release();
-            require(write(reports_[1], &moment, sizeof moment) == sizeof moment, "to report");
-        }
+        obey(lock);
         _exit(0);
     }
     ~Neighbour() {
@@ -92,7 +89,12 @@ public:
     Neighbour(const Neighbour&) = delete;
     Neighbour& operator=(const Neighbour&) = delete;
 
-    void startToWait() { require(write(orders_[1], "", 1) == 1, "to order"); }
+    void obtainOnce() { obtainAgainAndAgain(std::chrono::milliseconds(0)); }
+    /// It holds the lock that long, releases it and obtains it at once, until it is to obtain it once.
+    void obtainAgainAndAgain(std::chrono::milliseconds hold) {
+        const auto order = static_cast<unsigned char>(hold.count());
+        require(write(orders_[1], &order, 1) == 1, "to order");
+    }
     double momentObtained() {
         double moment = 0;
         require(read(reports_[0], &moment, sizeof moment) == sizeof moment, "to read a report");
@@ -100,6 +102,26 @@ public:
     }
 
 private:
+    void obey(Lock& lock) const {
+        unsigned char milliseconds;
+        while (read(orders_[0], &milliseconds, 1) == 1) {
+            lock.obtain();
+            const double moment = secondsSinceStart();
+            if (milliseconds == 0) lock.release();
+            require(write(reports_[1], &moment, sizeof moment) == sizeof moment, "to report");
+            if (milliseconds > 0) retake(lock, std::chrono::milliseconds(milliseconds));
+        }
+    }
+    void retake(Lock& lock, std::chrono::milliseconds hold) const {
+        pollfd order{orders_[0], POLLIN, 0};
+        for (;;) {
+            std::this_thread::sleep_for(hold);
+            lock.release();
+            if (poll(&order, 1, 0) != 0) return;
+            lock.obtain();
+        }
+    }
+
     int orders_[2], reports_[2];
     pid_t process_;
 };
@@ -109,12 +131,24 @@ template <class AnyLock>
 double handOver(Lock& lock, Neighbour<AnyLock>& neighbour) {
     static std::mt19937 random(1);
     lock.obtain();
-    neighbour.startToWait();
+    neighbour.obtainOnce();
     // Long enough for it to wait, and not in step with it.
     std::this_thread::sleep_for(std::chrono::microseconds(std::uniform_int_distribution(5000, 15000)(random)));
     const double start = secondsSinceStart();
     lock.release();
     return neighbour.momentObtained() - start;
+}
+
+/// How long this process waits beside a neighbour that has just obtained the lock and wants it all the time.
+template <class AnyLock>
+double waitBeside(Lock& lock, Neighbour<AnyLock>& neighbour, std::chrono::milliseconds hold) {
+    neighbour.obtainAgainAndAgain(hold);
+    neighbour.momentObtained();
+    const double waited = secondsOf([&] { lock.obtain(); });
+    lock.release();
+    neighbour.obtainOnce();
+    neighbour.momentObtained();
+    return waited;
 }
 
 double obtainAndRelease(Lock& lock) {
@@ -147,6 +181,14 @@ void compareReservation(const Report& report) {
             .library = [&] { return handOver(printer, printerNeighbour); },
             .base = [&] { return handOver(bare, bareNeighbour); },
             .rounds = 101});
+    for (const std::chrono::milliseconds hold : {10ms, 200ms}) {
+        report({.name = "a printer that another process retakes",
+                .limit = "one hold of it",
+                .library = [&] { return waitBeside(printer, printerNeighbour, hold); },
+                .base = [&] { return secondsOf([&] { std::this_thread::sleep_for(hold); }); },
+                .goal = 1 + 50ms / std::chrono::duration<double>(hold),
+                .rounds = 21});
+    }
     unlink(path);
 }
 
