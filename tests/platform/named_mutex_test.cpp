@@ -117,6 +117,7 @@ TEST_F(NamedMutexes, areHandedToAProcessThatWaitsForOneThatHardlyEverLetsGo) {
     while (waitForNamedMutex(mutex, 0) != MutexWait::timedOut) releaseNamedMutex(mutex);
     for (int round = 0; round < 16; ++round) {
         EXPECT_EQ(waitForNamedMutex(mutex, 500), MutexWait::obtained);
+        sleepMilliseconds(1);  // for the other one to wait as well
         releaseNamedMutex(mutex);
     }
     child.closeInput();

@@ -132,9 +132,13 @@ bool isStillNamed(const LockFile& file) {
     return lstat(file.path, &named) == 0 && named.st_ino == file.number && named.st_dev == file.device;
 }
 
-LockAttempt markOwned(const LockFile& file) {
+bool isMarkedOwned(const LockFile& file) {
     char marker = letGo;
-    const bool abandoned = pread(file.descriptor, &marker, 1, ownersByte) == 1 && marker == owned;
+    return pread(file.descriptor, &marker, 1, ownersByte) == 1 && marker == owned;
+}
+
+LockAttempt markOwned(const LockFile& file) {
+    const bool abandoned = isMarkedOwned(file);
     mark(file.descriptor, owned);
     return abandoned ? LockAttempt::lockedAfterAbandon : LockAttempt::locked;
 }
@@ -171,6 +175,13 @@ void closeLockFile(LockFile& file) {
     file.mapping = nullptr;
     if (file.descriptor >= 0) close(file.descriptor);
     file.descriptor = -1;
+}
+
+void removeLockFile(LockFile& file) {
+    if (file.descriptor >= 0 && !isLockedElsewhere(file, waitersByte) && setLock(file, ownersByte, F_WRLCK) &&
+        !isMarkedOwned(file) && isStillNamed(file))
+        unlink(file.path);
+    closeLockFile(file);
 }
 
 LockAttempt tryLockFile(LockFile& file) {

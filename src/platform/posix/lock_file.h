@@ -7,7 +7,8 @@
 /// The last are reached through system calls only. A process that read the mapped file would be killed when
 /// somebody has cut it off; a call gets an error.
 ///
-/// The file stays when nobody uses it any more: removing it could not be made safe against somebody opening it.
+/// Who stops using the file removes it, while holding its lock. Whoever has it open looks after each locking
+/// whether it has its name still, so nobody owns a file that others don't find.
 #pragma once
 
 #include <sys/types.h>
@@ -31,6 +32,10 @@ struct LockFile {
 void nameLockFile(LockFile& file, const char* mutexName);
 
 void closeLockFile(LockFile& file);
+
+/// Closes the file, and removes it when nobody owns it or waits for it. It stays when it belongs to another
+/// user, and when its last owner did not let go properly, for the next one to be told.
+void removeLockFile(LockFile& file);
 
 enum class LockAttempt {
     locked,

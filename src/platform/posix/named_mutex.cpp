@@ -231,7 +231,7 @@ void closeNamedMutex(NamedMutex* mutex) {
     if (--mutex->uses > 0) return;
     endOwnership(*mutex);
     removeFromRegistry(*mutex);
-    closeLockFile(mutex->file);
+    removeLockFile(mutex->file);
     pthread_cond_destroy(&mutex->changed);
     destroy(mutex);
 }

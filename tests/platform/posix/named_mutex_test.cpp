@@ -1,6 +1,8 @@
 #include "platform/named_mutex.h"
 
+#include <sched.h>
 #include <signal.h>
+#include <sys/mman.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -57,6 +59,34 @@ TEST_F(NamedMutexes, areSharedAgainAfterTheirFileHasLostItsName) {
         EXPECT_TRUE(releaseNamedMutex(mutex));
         fs::remove(elsewherePath);
     }
+}
+
+TEST_F(NamedMutexes, letOneInAtATimeThoughWhoClosesThemRemovesTheirFile) {
+    constexpr int processes = 4;
+    auto* inside = static_cast<std::atomic<int>*>(
+        mmap(nullptr, sizeof(std::atomic<int>), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
+    for (int process = 0; process < processes; ++process) {
+        if (fork() > 0) continue;
+        alarm(60);
+        closeNamedMutex(mutex);
+        int faults = 0;
+        for (int round = 0; round < 300; ++round) {
+            NamedMutex* use = openNamedMutex(name.c_str());
+            if (waitForNamedMutex(use, forever) != MutexWait::obtained || ++*inside != 1) ++faults;
+            sched_yield();
+            --*inside;
+            releaseNamedMutex(use);
+            closeNamedMutex(use);
+        }
+        _exit(faults > 0);
+    }
+    for (int process = 0; process < processes; ++process) {
+        int status = 1;
+        wait(&status);
+        EXPECT_EQ(status, 0);
+    }
+    munmap(inside, sizeof *inside);
+    EXPECT_TRUE(test::mutexFiles(name).empty());
 }
 
 TEST_F(NamedMutexes, areNotKeptFromOthersByAStoppedWaiterNorByAFileThatIsCutOff) {
