@@ -20,6 +20,11 @@ file(RELATIVE_PATH libraries_from_programs /${CMAKE_INSTALL_BINDIR} /${CMAKE_INS
 set_target_properties(zprusb_tool PROPERTIES INSTALL_RPATH "$ORIGIN/${libraries_from_programs}")
 install(TARGETS zprusb_tool zprusb_service)
 
+# The folder of the lock files, made when the system starts.
+if(NOT WIN32)
+  install(FILES packaging/tmpfiles.conf DESTINATION lib/tmpfiles.d RENAME zprusb.conf)
+endif()
+
 # For programs that are built against an installed library.
 install(EXPORT zprusb-targets NAMESPACE zprusb:: DESTINATION ${package_folder})
 string(TOUPPER "${CMAKE_BUILD_TYPE}" configuration)

@@ -21,6 +21,7 @@ namespace platform {
 
 struct LockFile {
     char name[128];
+    const char* folder = nullptr;
     char path[160];
     int descriptor = -1;
     dev_t device = 0;

@@ -41,7 +41,6 @@ TEST_F(NamedMutexes, areNotOwnedByAForkedChildOfTheirOwnerNorKeptByItWhenTheOwne
 }
 
 TEST_F(NamedMutexes, areSharedAgainAfterTheirFileHasLostItsName) {
-    const fs::path elsewherePath = fs::path("/dev/shm") / name;
     for (const auto loseName : {+[](const fs::path&file, const fs::path&) { fs::remove(file); },
                                 +[](const fs::path&file, const fs::path&to) { fs::rename(file, to); },
                                 +[](const fs::path&file, const fs::path&to) {
@@ -49,7 +48,8 @@ TEST_F(NamedMutexes, areSharedAgainAfterTheirFileHasLostItsName) {
                                     fs::remove(file);
                                 }}) {
         EXPECT_EQ(waitForNamedMutex(mutex, forever), MutexWait::obtained);
-        loseName(test::mutexFiles(name).at(0), elsewherePath);
+        const fs::path file = test::mutexFiles(name).at(0), otherFile = file.parent_path() / name;
+        loseName(file, otherFile);
         EXPECT_TRUE(releaseNamedMutex(mutex));
         auto child = holdingChild();
         ASSERT_EQ(child.readLine(), "obtained");
@@ -57,7 +57,7 @@ TEST_F(NamedMutexes, areSharedAgainAfterTheirFileHasLostItsName) {
         child.closeInput();
         EXPECT_EQ(waitForNamedMutex(mutex, forever), MutexWait::obtained);
         EXPECT_TRUE(releaseNamedMutex(mutex));
-        fs::remove(elsewherePath);
+        fs::remove(otherFile);
     }
 }
 
