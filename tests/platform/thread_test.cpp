@@ -72,8 +72,8 @@ TEST(Threads, endByForceInABlockedReadOrAWriteThatIsHalfDone) {
 TEST(Threads, endByForceManyTimesInARowAtOnceAfterTheirStart) {
     test::Pipe pipe;
     for (int round = 0; round < 200; ++round) {
-        auto read = std::make_unique<Transfer>(blockedRead(pipe));
-        Thread* thread = startThread(readOnce, read.get());
+        Transfer read = blockedRead(pipe);
+        Thread* thread = startThread(readOnce, &read);
         ASSERT_TRUE(endThreadByForce(thread));
         closeThread(thread);
     }

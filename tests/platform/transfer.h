@@ -6,7 +6,7 @@
 #include "platform/pipe.h"
 
 struct Transfer {
-    platform::PipeHandle pipe;
+    std::atomic<platform::PipeHandle> pipe;
     std::vector<uint8_t> buffer;
     uint32_t count = 0;
     bool succeeded = false;

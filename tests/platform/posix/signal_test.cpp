@@ -103,6 +103,9 @@ TEST(Signals, areBlockedInAThreadAndUnchangedInTheOneThatStartsIt) {
 
 // A limit for stacks as small as the system has it.
 TEST(Threads, startWithTheSmallestStack) {
+#ifdef __SANITIZE_THREAD__
+    GTEST_SKIP() << "the thread sanitizer needs more of each stack";
+#endif
     pthread_attr_t attributes;
     pthread_attr_init(&attributes);
     for (const size_t size : {sysconf(_SC_THREAD_STACK_MIN), 20480L}) {

@@ -13,7 +13,7 @@
 namespace {
 
 struct Read {
-    platform::PipeHandle pipe;
+    std::atomic<platform::PipeHandle> pipe;
     uint8_t byte;
     uint32_t count;
 };
