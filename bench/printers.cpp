@@ -11,7 +11,6 @@
 
 #include "comparison.h"
 #include "fake_control_library.h"
-#include "lock_file.h"
 
 namespace bench {
 
@@ -93,9 +92,6 @@ Printers::Printers(size_t count) {
 }
 
 Printers::~Printers() {
-    if (getpid() == owner) {
-        for (size_t number = 0; number < count(); ++number) unlink(lockFile(number).c_str());
-    }
     installed.clear();
 }
 
@@ -105,13 +101,6 @@ Printer& Printers::operator[](size_t number) {
 
 size_t Printers::count() const {
     return installed.size();
-}
-
-std::string Printers::lockFile(size_t number) {
-    constexpr size_t prefixLength = 4;  // of the path, that the mutex's name goes without
-    platform::LockFile file;
-    platform::nameLockFile(file, pathOf(number).c_str() + prefixLength);
-    return file.path;
 }
 
 OpenLibrary::OpenLibrary() {

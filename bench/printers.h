@@ -33,9 +33,6 @@ public:
     ~Printers();
     Printer& operator[](size_t number);
     size_t count() const;
-
-    /// The file behind the mutex of a printer.
-    static std::string lockFile(size_t number);
 };
 
 /// The library, open on the installed printers.
