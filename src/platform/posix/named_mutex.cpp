@@ -137,14 +137,13 @@ void removeFromRegistry(NamedMutex& mutex) {
 // Among the threads of the process. Who comes after a release doesn't overtake those who waited for it.
 bool waitForTurn(NamedMutex& mutex, Moment limit) {
     bool hasWaited = false;
+    bool inTime = true;
     while (mutex.owner != nullptr || mutex.asking || (mutex.promised && !hasWaited)) {
+        if (!inTime) return false;
         ++mutex.waiting;
-        const bool inTime = waitOn(mutex.changed, registry.mutex, limit);
+        inTime = waitOn(mutex.changed, registry.mutex, limit);
         --mutex.waiting;
         hasWaited = true;
-        if (inTime) continue;
-        if (mutex.waiting == 0) mutex.promised = false;
-        return false;
     }
     mutex.promised = false;
     return true;
