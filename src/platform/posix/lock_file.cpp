@@ -42,12 +42,11 @@ uint64_t hashOf(std::string_view text) {
 // The package's folder, in which nothing clears the files of a user who logs out, as some systems do below the
 // other one. Only the system's administrator can have made it as it has to be.
 const char* lockFolder() {
-    static constexpr char ofPackage[] = "/run/lock/zprusb";
-    static constexpr char ofSystem[] = "/dev/shm";
+    constexpr const char* ofPackage = "/run/lock/zprusb";
     constexpr mode_t sharedByAll = S_IFDIR | S_ISVTX | 0777;
     struct stat status;
     const bool made = lstat(ofPackage, &status) == 0 && status.st_uid == 0 && status.st_mode == sharedByAll;
-    return made ? ofPackage : ofSystem;
+    return made ? ofPackage : "/dev/shm";
 }
 
 bool mark(int descriptor, char marker) {
@@ -66,10 +65,10 @@ bool giveName(int descriptor, const char* path) {
 // The file gets its name when it is complete: with its marker, so that no full disk keeps a later owner from
 // writing it, and open to all users whatever the umask says. Without a name it doesn't outlive this process.
 // Fails with EEXIST when another process was faster.
-int makeNew(const LockFile& file) {
-    const int descriptor = open(file.folder, O_TMPFILE | openFlags, 0600);
+int makeNew(const char* folder, const char* path) {
+    const int descriptor = open(folder, O_TMPFILE | openFlags, 0600);
     if (descriptor < 0) return -1;
-    if (mark(descriptor, letGo) && fchmod(descriptor, 0666) == 0 && giveName(descriptor, file.path))
+    if (mark(descriptor, letGo) && fchmod(descriptor, 0666) == 0 && giveName(descriptor, path))
         return descriptor;
     const int error = errno;
     close(descriptor);
@@ -88,11 +87,11 @@ bool isRegular(LockFile& file) {
 // Never with O_CREAT: in a folder that all users share, the kernel may refuse that for a file that another
 // user owns, even to root.
 bool openLockFile(LockFile& file) {
-    file.folder = lockFolder();
-    std::snprintf(file.path, sizeof file.path, "%s/%s", file.folder, file.name);
+    const char* const folder = lockFolder();
+    std::snprintf(file.path, sizeof file.path, "%s/%s", folder, file.name);
     for (int attempt = 0; attempt < attempts; ++attempt) {
         file.descriptor = open(file.path, openFlags);
-        if (file.descriptor < 0 && errno == ENOENT) file.descriptor = makeNew(file);
+        if (file.descriptor < 0 && errno == ENOENT) file.descriptor = makeNew(folder, file.path);
         if (file.descriptor >= 0) {
             if (isRegular(file)) return true;
             closeLockFile(file);
@@ -127,11 +126,10 @@ bool isLockedElsewhere(const LockFile& file, off_t byte) {
     return fcntl(file.descriptor, F_OFD_GETLK, &range) == 0 && range.l_type != F_UNLCK;
 }
 
-// The number of a file that is open is given to no other. The package's folder may have been made meanwhile.
+// The number of a file that is open is given to no other.
 bool isStillNamed(const LockFile& file) {
     struct stat named;
-    return lockFolder() == file.folder && lstat(file.path, &named) == 0 && named.st_ino == file.number &&
-           named.st_dev == file.device;
+    return lstat(file.path, &named) == 0 && named.st_ino == file.number && named.st_dev == file.device;
 }
 
 bool isMarkedOwned(const LockFile& file) {

@@ -21,7 +21,6 @@ namespace platform {
 
 struct LockFile {
     char name[128];
-    const char* folder = nullptr;
     char path[160];
     int descriptor = -1;
     dev_t device = 0;
