@@ -21,6 +21,8 @@ constexpr Milliseconds forever = Milliseconds::max();
 using HostPipe = uint64_t;
 constexpr HostPipe noPipe = ~HostPipe{0};
 
+constexpr size_t maximumUnreadAnswers = 16;
+
 enum class Transfer { done, timedOut, ended };
 
 class Channel {
@@ -38,8 +40,13 @@ public:
     /// @return `ended` when the host has closed its end or the channel was cancelled.
     Transfer read(uint8_t* bytes, size_t capacity, size_t& count, Milliseconds limit);
 
-    /// Writes one answer of 1 to 4096 bytes; waits while the host leaves too many answers unread.
+    /// Leaves one answer of 1 to 4096 bytes for the host to read. When the host has left too many unread, this
+    /// one is lost: a printer that waited would take no more data either, and hold the host up.
+    /// @return `done` or `ended`.
     Transfer write(const uint8_t* bytes, size_t length);
+
+    /// Whether the host has an answer yet to read. Only for the thread that transfers.
+    bool hasUnreadAnswer();
 
     /// Waits for nothing but cancel(): `timedOut` is the normal end.
     Transfer pause(Milliseconds duration);

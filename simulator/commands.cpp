@@ -1,6 +1,7 @@
 #include "commands.h"
 
 #include <algorithm>
+#include <array>
 
 #include "maintenance.h"
 #include "page.h"
@@ -68,14 +69,17 @@ Reply getPrinterUniqueString(Printer& printer, ByteView) {
     return withPayload(std::move(payload));
 }
 
+constexpr std::array<uint8_t, 14> zeros{};
+constexpr std::array<uint8_t, 12> modelNamePayload{'R', 'F'};
+
 // In the order of their identifiers' second, then first byte.
 constexpr Command commands[] = {
     {0x0001, "GetStatus", {}, getStatus},
     {0x0002, "GetMediaInfo", {}, getMediaInfo},
-    {0x0003, "GetModelName", {12, 12}, getModelName},
+    {0x0003, "GetModelName", {12, 12}, getModelName, {0, modelNamePayload}},
     {0x0004, "GetErrorLog", {}, getErrorLog},
-    {0x4001, "Print", {14, 14}, print},
-    {0x4002, "PrintLong", {19, 19}, printLong},
+    {0x4001, "Print", {14, 14}, print, {9, ByteView(zeros).first(1)}},
+    {0x4002, "PrintLong", {19, 19}, printLong, {14, ByteView(zeros).first(1)}},
     {0x4003, "FlashLed", {}, flashLed},
     {0x4004, "Reset", {1, 1}, reset},
     {0x4006, "OperationButton", {1, 1}, operationButton},
@@ -90,24 +94,23 @@ constexpr Command commands[] = {
     {0xC005, "GetEepromMaintenance", {2, 2}, getEepromMaintenance},
     {0xC006, "SetEepromMaintenance", {2, 257, 1}, setEepromMaintenance},
     {0xC007, "SetPrinterUniqueString", {1, 1 + uniqueStringSize, 0}, setPrinterUniqueString},
-    {0xC008, "SetMaintenanceParams", {26, 26}, setMaintenanceParams},
+    {0xC008, "SetMaintenanceParams", {26, 26}, setMaintenanceParams, {12, zeros}},
     {0xC009, "GetMaintenanceData", {2, 2}, getMaintenanceData},
     {0xC0FF, "Universal", {1, 247}, universal},
 };
 
 // The request for the model name is older than the frame: where others have their payload's length it has the
 // first two of the letters "ZPRF", and it always has 16 bytes.
+constexpr uint16_t modelNameCommand = 0x0003;
 constexpr uint32_t modelNameRequest = 0x505A0003;
 constexpr size_t modelNameRequestLength = 16;
 
-Reply answerOf(Printer& printer, ByteView request) {
-    const Command* command = findCommand(static_cast<uint16_t>(numberAt(request, 0, 2)));
-    if (command == nullptr) return {refuse(Refusal::unknownCommand)};
-    const ByteView payload = request.subspan(requestHeaderSize);
-    if (request.size() != requestLength(request) || !command->payload.allows(payload)) {
-        return {refuse(Refusal::wrongLength)};
-    }
-    return command->handle(printer, payload);
+const Command* commandOf(ByteView request) {
+    return findCommand(static_cast<uint16_t>(numberAt(request, 0, 2)));
+}
+
+bool hasFixedBytes(ByteView payload, const FixedBytes& fixed) {
+    return std::ranges::equal(payload.subspan(fixed.at, fixed.bytes.size()), fixed.bytes);
 }
 
 }  // namespace
@@ -118,8 +121,7 @@ Reply withPayload(Bytes payload) {
     return reply;
 }
 
-bool PayloadRule::allows(ByteView payload) const {
-    if (payload.size() < least || payload.size() > most) return false;
+bool PayloadRule::countIsRight(ByteView payload) const {
     return countAt == notCounted || payload.size() == least + payload[countAt];
 }
 
@@ -133,14 +135,34 @@ const Command* findCommand(std::string_view name) {
     return found == std::end(commands) ? nullptr : found;
 }
 
-size_t requestLength(ByteView header) {
-    if (numberAt(header, 0, 4) == modelNameRequest) return modelNameRequestLength;
-    return requestHeaderSize + numberAt(header, 2, 2);
+std::optional<size_t> requestLength(ByteView header) {
+    const Command* command = commandOf(header);
+    if (command == nullptr) return std::nullopt;
+    if (command->id == modelNameCommand) {
+        if (numberAt(header, 0, 4) != modelNameRequest) return std::nullopt;
+        return modelNameRequestLength;
+    }
+    const size_t length = numberAt(header, 2, 2);
+    if (!command->payload.allows(length)) return std::nullopt;
+    return requestHeaderSize + length;
+}
+
+std::optional<Refusal> flawOf(ByteView request) {
+    if (request.size() < requestHeaderSize) return Refusal::wrongLength;
+    const Command* command = commandOf(request);
+    if (command == nullptr) return Refusal::unknownCommand;
+    const bool isWhole = requestLength(request) == request.size();
+    if (!isWhole || !command->payload.countIsRight(request.subspan(requestHeaderSize)))
+        return Refusal::wrongLength;
+    return std::nullopt;
 }
 
 Reply handleRequest(Printer& printer, ByteView request) {
-    if (request.size() < requestHeaderSize) return {refuse(Refusal::wrongLength)};
-    return answerOf(printer, request);
+    if (const auto flaw = flawOf(request)) return {refuse(*flaw)};
+    const Command* command = commandOf(request);
+    const ByteView payload = request.subspan(requestHeaderSize);
+    if (!hasFixedBytes(payload, command->fixed)) return {refuse(Refusal::outOfRange)};
+    return command->handle(printer, payload);
 }
 
 }  // namespace simulator

@@ -35,7 +35,14 @@ struct PayloadRule {
     size_t most = 0;
     size_t countAt = notCounted;  // where the payload says how many bytes it has beyond the least number
 
-    bool allows(ByteView payload) const;
+    bool allows(size_t length) const { return length >= least && length <= most; }
+    bool countIsRight(ByteView payload) const;
+};
+
+/// Bytes of a payload that are always the same.
+struct FixedBytes {
+    size_t at = 0;
+    ByteView bytes{};
 };
 
 struct Command {
@@ -43,6 +50,7 @@ struct Command {
     std::string_view name;
     PayloadRule payload;
     Reply (*handle)(Printer& printer, ByteView payload);  // called with the printer's lock held
+    FixedBytes fixed{};
 };
 
 /// @return null when there is no such command.
@@ -50,9 +58,14 @@ const Command* findCommand(uint16_t id);
 const Command* findCommand(std::string_view name);
 
 /// The length of the request that begins with these four bytes.
-size_t requestLength(ByteView header);
+/// @return none when no request begins with them.
+std::optional<size_t> requestLength(ByteView header);
 
-/// Does what a whole request asks for; the caller holds the printer's lock.
+/// Why these bytes are no request.
+/// @return none when they are one, if perhaps one with values that are refused.
+std::optional<Refusal> flawOf(ByteView request);
+
+/// Does what a request asks for, or refuses it; the caller holds the printer's lock.
 Reply handleRequest(Printer& printer, ByteView request);
 
 }  // namespace simulator

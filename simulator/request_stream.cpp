@@ -11,10 +11,9 @@ std::optional<Bytes> RequestStream::takeRequest(Milliseconds rest) {
     Bytes request(requestHeaderSize);
     request.resize(take(request, rest));
     if (request.size() < requestHeaderSize) return request;
-    if (findCommand(static_cast<uint16_t>(numberAt(request, 0, 2))) == nullptr) {
-        return takeAllBuffered(std::move(request));
-    }
-    request.resize(requestLength(request));
+    const auto length = requestLength(request);
+    if (!length) return takeAllBuffered(std::move(request));
+    request.resize(*length);
     const size_t taken = take(std::span(request).subspan(requestHeaderSize), rest);
     request.resize(requestHeaderSize + taken);
     return request;

@@ -16,8 +16,8 @@ public:
 
     /// Waits for the next request without a limit.
     /// @param rest how long its later bytes may take.
-    /// @return the request, cut short when bytes were missing; for an unknown command all that has come with
-    ///         it, as its length says nothing; none when the channel has ended.
+    /// @return the request, cut short when bytes were missing; for bytes with which no request begins all that
+    ///         has come with them, as nothing says where the next one begins; none when the channel has ended.
     std::optional<Bytes> takeRequest(Milliseconds rest);
 
     /// Fills the place with data; each part of them may take as long as the limit says.

@@ -75,6 +75,8 @@ void Session::run() {
 
 // Whether the printer goes on.
 bool Session::serve(const Bytes& request) {
+    // Data that nobody has asked for get no more than one refusal: nobody reads it before all of them are sent.
+    if (flawOf(request) && channel_.hasUnreadAnswer()) return true;
     std::unique_lock lock(printer_->mutex);
     printer_->rememberRequest(request);
     const std::optional<Fault> fault = dueFault(*printer_, request);

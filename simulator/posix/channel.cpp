@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/eventfd.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -59,6 +60,9 @@ int pollTimeout(Milliseconds limit) {
 // Image data come faster when the writer doesn't have to wait for the reader after each 64 KiB.
 constexpr int requestPipeSize = 1 << 20;
 
+// Each packet takes a page of the pipe.
+constexpr int answerPipeSize = 4096 * maximumUnreadAnswers;
+
 }  // namespace
 
 struct Channel::Ends {
@@ -84,6 +88,7 @@ Channel::Channel() : ends_(std::make_unique<Ends>()) {
     Pipe requests = makePipe(0);
     Pipe answers = makePipe(O_DIRECT);  // one read, one answer
     fcntl(requests.writeEnd.get(), F_SETPIPE_SZ, requestPipeSize);
+    fcntl(answers.writeEnd.get(), F_SETPIPE_SZ, answerPipeSize);
     dontBlock(requests.readEnd);
     dontBlock(answers.writeEnd);
     ends_->requests = std::move(requests.readEnd);
@@ -111,10 +116,15 @@ Transfer Channel::read(uint8_t* bytes, size_t capacity, size_t& count, Milliseco
 }
 
 Transfer Channel::write(const uint8_t* bytes, size_t length) {
-    const Transfer waited = ends_->wait(ends_->answers, POLLOUT, forever);
-    if (waited != Transfer::done) return waited;
+    const Transfer room = ends_->wait(ends_->answers, POLLOUT, Milliseconds(0));
+    if (room != Transfer::done) return room == Transfer::timedOut ? Transfer::done : Transfer::ended;
     // A packet of up to 4096 bytes is written whole or not at all.
     return ::write(ends_->answers.get(), bytes, length) > 0 ? Transfer::done : Transfer::ended;
+}
+
+bool Channel::hasUnreadAnswer() {
+    int unread = 0;
+    return ioctl(ends_->answers.get(), FIONREAD, &unread) == 0 && unread > 0;
 }
 
 Transfer Channel::pause(Milliseconds duration) {

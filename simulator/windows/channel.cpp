@@ -2,10 +2,13 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <atomic>
+#include <list>
 #include <string>
 #include <system_error>
 #include <utility>
+#include <vector>
 
 namespace simulator {
 namespace {
@@ -43,21 +46,24 @@ Handle makeEvent() {
     return checked(CreateEventW(nullptr, TRUE, FALSE, nullptr), "CreateEvent");
 }
 
-constexpr DWORD pipeSize = 1 << 20;
+constexpr DWORD requestPipeSize = 1 << 20;
+
+// A write to a pipe without a buffer lasts until the host has read it, which tells whether it has.
+constexpr DWORD answerPipeSize = 0;
 
 struct Pipe {
     Handle printerEnd, hostEnd;
 };
 
 // Only a named pipe can be waited for with a time limit at one end and block at the other.
-Pipe makePipe(DWORD printerAccess, DWORD pipeType, DWORD hostAccess) {
+Pipe makePipe(DWORD printerAccess, DWORD pipeType, DWORD hostAccess, DWORD size) {
     static std::atomic<unsigned> number{0};
     const std::wstring name = L"\\\\.\\pipe\\zprusb-simulator-" + std::to_wstring(GetCurrentProcessId()) +
                               L"-" + std::to_wstring(++number);
     Pipe pipe;
     pipe.printerEnd = checked(
         CreateNamedPipeW(name.c_str(), printerAccess | FILE_FLAG_OVERLAPPED | FILE_FLAG_FIRST_PIPE_INSTANCE,
-                         pipeType | PIPE_REJECT_REMOTE_CLIENTS, 1, pipeSize, pipeSize, 0, nullptr),
+                         pipeType | PIPE_REJECT_REMOTE_CLIENTS, 1, size, size, 0, nullptr),
         "CreateNamedPipe");
     pipe.hostEnd =
         checked(CreateFileW(name.c_str(), hostAccess, 0, nullptr, OPEN_EXISTING, 0, nullptr), "CreateFile");
@@ -75,31 +81,45 @@ Transfer outcome(DWORD waited) {
 
 }  // namespace
 
+namespace {
+
+/// An answer in the system's hands, from its writing until the host has read it.
+struct UnreadAnswer {
+    explicit UnreadAnswer(std::vector<uint8_t> answer) : bytes(std::move(answer)) {
+        operation.hEvent = finished.get();
+    }
+
+    const std::vector<uint8_t> bytes;
+    const Handle finished = makeEvent();
+    OVERLAPPED operation{};
+};
+
+bool wasRead(const UnreadAnswer& answer) {
+    return HasOverlappedIoCompleted(&answer.operation);
+}
+
+}  // namespace
+
 struct Channel::Ends {
     Handle requests, answers, cancelled, finished;
     HostPipe hostWrite = noPipe, hostRead = noPipe;
+    std::list<UnreadAnswer> unread;
 
-    Transfer finish(HANDLE pipe, OVERLAPPED& operation, BOOL started, DWORD& count, Milliseconds limit);
+    void takeBackAnswers();
 };
 
-// Nothing of the operation is left in the system's hands when this returns.
-Transfer Channel::Ends::finish(HANDLE pipe, OVERLAPPED& operation, BOOL started, DWORD& count,
-                               Milliseconds limit) {
-    if (!started && GetLastError() != ERROR_IO_PENDING) return Transfer::ended;
-    const HANDLE events[] = {cancelled.get(), operation.hEvent};
-    const Transfer waited = outcome(WaitForMultipleObjects(2, events, FALSE, waitTime(limit)));
-    if (waited != Transfer::done) CancelIoEx(pipe, &operation);
-    const BOOL completed = GetOverlappedResult(pipe, &operation, &count, TRUE);
-    if (waited == Transfer::ended) return waited;
-    if (completed && count > 0) return Transfer::done;
-    return waited == Transfer::timedOut ? waited : Transfer::ended;
+void Channel::Ends::takeBackAnswers() {
+    CancelIoEx(answers.get(), nullptr);
+    for (UnreadAnswer& answer : unread) WaitForSingleObject(answer.finished.get(), INFINITE);
+    unread.clear();
 }
 
 Channel::Channel() : ends_(std::make_unique<Ends>()) {
     ends_->cancelled = makeEvent();
     ends_->finished = makeEvent();
-    Pipe requests = makePipe(PIPE_ACCESS_INBOUND, PIPE_TYPE_BYTE, GENERIC_WRITE);
-    Pipe answers = makePipe(PIPE_ACCESS_OUTBOUND, PIPE_TYPE_MESSAGE, GENERIC_READ | FILE_WRITE_ATTRIBUTES);
+    Pipe requests = makePipe(PIPE_ACCESS_INBOUND, PIPE_TYPE_BYTE, GENERIC_WRITE, requestPipeSize);
+    Pipe answers =
+        makePipe(PIPE_ACCESS_OUTBOUND, PIPE_TYPE_MESSAGE, GENERIC_READ | FILE_WRITE_ATTRIBUTES, answerPipeSize);
     DWORD oneReadOneAnswer = PIPE_READMODE_MESSAGE;
     if (!SetNamedPipeHandleState(answers.hostEnd.get(), &oneReadOneAnswer, nullptr, nullptr))
         fail("answer pipe");
@@ -119,26 +139,40 @@ HostPipe Channel::hostReadEnd() const {
     return ends_->hostRead;
 }
 
+// Nothing of the operation is left in the system's hands when this returns.
 Transfer Channel::read(uint8_t* bytes, size_t capacity, size_t& count, Milliseconds limit) {
     OVERLAPPED operation{};
     operation.hEvent = ends_->finished.get();
     const HANDLE pipe = ends_->requests.get();
     const BOOL started = ReadFile(pipe, bytes, static_cast<DWORD>(capacity), nullptr, &operation);
+    if (!started && GetLastError() != ERROR_IO_PENDING) return Transfer::ended;
+    const HANDLE events[] = {ends_->cancelled.get(), operation.hEvent};
+    const Transfer waited = outcome(WaitForMultipleObjects(2, events, FALSE, waitTime(limit)));
+    if (waited != Transfer::done) CancelIoEx(pipe, &operation);
     DWORD arrived = 0;
-    const Transfer result = ends_->finish(pipe, operation, started, arrived, limit);
+    const BOOL completed = GetOverlappedResult(pipe, &operation, &arrived, TRUE);
     count = arrived;
-    return result;
+    if (waited == Transfer::ended) return waited;
+    if (completed && arrived > 0) return Transfer::done;
+    return waited == Transfer::timedOut ? waited : Transfer::ended;
 }
 
 Transfer Channel::write(const uint8_t* bytes, size_t length) {
-    OVERLAPPED operation{};
-    operation.hEvent = ends_->finished.get();
-    const HANDLE pipe = ends_->answers.get();
-    const BOOL started = WriteFile(pipe, bytes, static_cast<DWORD>(length), nullptr, &operation);
-    DWORD written = 0;
-    const Transfer result = ends_->finish(pipe, operation, started, written, forever);
-    // The host may have taken the answer and closed the printer before this thread ran again.
-    return written == length ? Transfer::done : result;
+    std::list<UnreadAnswer>& unread = ends_->unread;
+    std::erase_if(unread, wasRead);
+    if (unread.size() == maximumUnreadAnswers) return Transfer::done;
+    if (WaitForSingleObject(ends_->cancelled.get(), 0) == WAIT_OBJECT_0) return Transfer::ended;
+    UnreadAnswer& answer = unread.emplace_back(std::vector<uint8_t>(bytes, bytes + length));
+    if (WriteFile(ends_->answers.get(), answer.bytes.data(), static_cast<DWORD>(length), nullptr,
+                  &answer.operation) ||
+        GetLastError() == ERROR_IO_PENDING)
+        return Transfer::done;
+    unread.pop_back();
+    return Transfer::ended;
+}
+
+bool Channel::hasUnreadAnswer() {
+    return !std::ranges::all_of(ends_->unread, wasRead);
 }
 
 Transfer Channel::pause(Milliseconds duration) {
@@ -151,6 +185,7 @@ void Channel::cancel() {
 }
 
 void Channel::end() {
+    ends_->takeBackAnswers();
     ends_->requests.close();
     ends_->answers.close();
 }

@@ -18,6 +18,10 @@ Bytes updateRequest(uint8_t target, uint8_t start, uint32_t length) {
     return request;
 }
 
+Bytes modelName(uint8_t first, uint8_t second, uint8_t third, uint8_t fourth, uint8_t last) {
+    return changed(Bytes(16), {{0, 3}, {2, first}, {3, second}, {4, third}, {5, fourth}, {15, last}});
+}
+
 Bytes updateData(uint8_t target) {
     Bytes data(200'000);
     data.resize(zprusbsim_update(0, target, data.data(), static_cast<uint32_t>(data.size())));
@@ -36,9 +40,10 @@ TEST_F(Commands, AreAnsweredAndRefusedWhenTheyAreUnknownOrMalformed) {
     } cases[] = {
         {"GetStatus", getStatus, success(changed(Bytes(48), {{24, 7}}))},
         {"GetMediaInfo", {0x02, 0x00, 0, 0}, success(media)},
-        {"GetModelName",
-         {0x03, 0x00, 'Z', 'P', 'R', 'F', 0, 0, 0, 0, 0, 0, 0, 0, 0, 0},
-         success(padded("SIMULATED", 16))},
+        {"GetModelName", modelName('Z', 'P', 'R', 'F', 0), success(padded("SIMULATED", 16))},
+        {"GetModelName, other letters", modelName('Z', 'P', 'R', 'X', 0), outOfRange},
+        {"GetModelName, last byte", modelName('Z', 'P', 'R', 'F', 1), outOfRange},
+        {"GetModelName in a frame", modelName(12, 0, 'R', 'F', 0), wrongLength},
         {"GetErrorLog", {0x04, 0x00, 0, 0}, success(Bytes(61))},
         {"GetFirmwareInfo",
          {0x03, 0xC0, 1, 0, 7},
@@ -62,6 +67,8 @@ TEST_F(Commands, AreAnsweredAndRefusedWhenTheyAreUnknownOrMalformed) {
         {"memory beyond its end", {0x05, 0xC0, 2, 0, 0xFD, 4}, outOfRange},
         {"write beyond the memory", {0x06, 0xC0, 4, 0, 0xFF, 2, 1, 1}, outOfRange},
         {"permission beyond the memory", {0x02, 0x80, 2, 0, 0xFF, 2}, outOfRange},
+        {"maintenance parameters, last byte", changed(Bytes(30), {{0, 8}, {1, 0xC0}, {2, 26}, {29, 1}}),
+         outOfRange},
         {"empty unique string", {0x07, 0xC0, 1, 0, 0}, outOfRange},
         {"reset kind 2", {0x04, 0x40, 1, 0, 2}, outOfRange},
         {"operation button 3", {0x06, 0x40, 1, 0, 3}, outOfRange},

@@ -102,6 +102,8 @@ TEST_F(Pages, OfImpossibleValuesAreRefused) {
         {"section of another length", printLongRequest(1, 508, 508)},
         {"section without a length", printLongRequest(3, 508, 0)},
         {"section 6", printLongRequest(6, 508, 254)},
+        {"byte 9", changed(good, {{13, 1}})},
+        {"long page, byte 14", changed(printLongRequest(0, 1016, 8000), {{18, 1}})},
     };
     const Host host;
     for (const auto& [name, request] : cases) EXPECT_EQ(host.ask(request), refusal(3)) << name;
@@ -133,6 +135,31 @@ TEST_F(Pages, WhoseDataStopComingAreWrittenAsIncompleteAndNotCounted) {
     EXPECT_EQ(dataSheet(1)["bytesArrived"], 3600);
     const Bytes expected = concatenate(Bytes(3600, 5), Bytes(smallPageSize - 3600, 0xFF));
     EXPECT_EQ(tool::loadPicture(lastPage()).pixels, expected) << "the rest stays white";
+}
+
+TEST_F(Pages, MayBeFollowedByAnyAmountOfBytesWhoseAnswersNobodyReads) {
+    configure({Json::object()}, 0.1);
+    Bytes requests;
+    for (int i = 0; i < 400'000; ++i) requests.insert(requests.end(), getStatus.begin(), getStatus.end());
+    const struct {
+        Bytes page, surplus, answer;
+    } cases[] = {
+        {pattern(smallPageSize), Bytes(4 << 20, 0xEE), refusal(1)},
+        {Bytes(1), Bytes(4 << 20, 0xEE), refusal(1)},  // comes after the data time-out
+        {Bytes(1), requests, success(changed(Bytes(48), {{24, 1}}))},
+    };
+    uint32_t pages = 0;
+    for (const auto& [page, surplus, answer] : cases) {
+        const Host host;
+        host.transfer(printRequest(1), page);
+        ASSERT_EQ(zprusbsim_waitForPages(0, ++pages, patience), 1u);
+        const uint64_t before = state()["requests"];
+        EXPECT_TRUE(host.send(surplus));
+        if (answer == refusal(1)) {
+            EXPECT_EQ(state()["requests"], before + 2) << "what is dropped does not count";
+        }
+        EXPECT_EQ(host.receive(), answer);
+    }
 }
 
 TEST_F(Pages, OfSeveralPrintersShareAFolderAndContinueItsNumbers) {
