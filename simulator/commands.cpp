@@ -12,10 +12,12 @@ namespace simulator {
 namespace {
 
 Reply getStatus(Printer& printer, ByteView) {
-    constexpr size_t size = 48, jobNumberAt = 24, busyAt = 32, busyToo = 39;
+    constexpr size_t size = 48, jobNumberAt = 24, firstFlagAt = 32, secondFlagAt = 39;
     Bytes payload(size, 0);
     payload[jobNumberAt] = printer.jobNumber;
-    payload[busyAt] = payload[busyToo] = printer.status().number == statusPrinting;
+    const StatusFlags flags = printer.flags();
+    payload[firstFlagAt] = flags[0];
+    payload[secondFlagAt] = flags[1];
     return withPayload(std::move(payload));
 }
 

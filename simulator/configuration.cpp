@@ -81,6 +81,20 @@ void readMediaList(JsonReader& reader, PrinterSetup& printer) {
     for (size_t i = 0; i < media->size(); ++i) {
         printer.media.push_back(readMedia((*media)[i], reader.placeOf("media", i)));
     }
+std::optional<StatusFlags> readStatusFlags(JsonReader& reader) {
+    StatusFlags flags{};
+    const auto numbers = numbersOf(reader, "statusFlags", flags.size(), anyByte);
+    std::ranges::transform(numbers, flags.begin(), [](uint32_t flag) { return static_cast<uint8_t>(flag); });
+    return reader.has("statusFlags") ? std::optional(flags) : std::nullopt;
+}
+
+void readMediaList(JsonReader& reader, PrinterSetup& printer) {
+    const Json* media = reader.list("media", maximumMedia);
+    if (media == nullptr) return;
+    printer.media.clear();
+    for (size_t i = 0; i < media->size(); ++i) {
+        printer.media.push_back(readMedia((*media)[i], reader.placeOf("media", i)));
+    }
 }
 
 PrinterSetup readPrinter(const Json& json, const std::string& place, size_t index, PrinterSetup printer) {
@@ -90,6 +104,7 @@ PrinterSetup readPrinter(const Json& json, const std::string& place, size_t inde
     readMediaList(reader, printer);
     printer.timePerPage = reader.seconds("secondsPerPage", printer.timePerPage);
     printer.condition = readCondition(reader);
+    printer.statusFlags = readStatusFlags(reader);
     printer.uniqueString = reader.text("uniqueString", printer.uniqueString);
     if (printer.uniqueString.size() > uniqueStringSize)
         reader.refuse("uniqueString", "must have at most 23 bytes");

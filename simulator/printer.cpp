@@ -32,7 +32,10 @@ std::string_view conditionOf(const Status& status) {
 }
 
 Printer::Printer(PrinterSetup initial)
-    : setup(std::move(initial)), uniqueString(setup.uniqueString), jobNumber(setup.jobNumber) {
+    : setup(std::move(initial)),
+      statusFlags(setup.statusFlags),
+      uniqueString(setup.uniqueString),
+      jobNumber(setup.jobNumber) {
     for (size_t i = 0; i < counterCount; ++i) storeCounter(*this, i, setup.counters[i]);
     setCondition(setup.condition);
 }
@@ -40,6 +43,11 @@ Printer::Printer(PrinterSetup initial)
 Status Printer::status() const {
     if (condition.number == statusReady && Clock::now() < printingUntil) return {statusPrinting};
     return condition;
+}
+
+StatusFlags Printer::flags() const {
+    const uint8_t busy = status().number == statusPrinting;
+    return statusFlags.value_or(StatusFlags{busy, busy});
 }
 
 void Printer::setCondition(Status status) {

@@ -54,6 +54,10 @@ constexpr bool isExactSize(uint8_t mediaCode) {
     return mediaCode >= 0xF0 && mediaCode <= 0xFE;
 }
 
+/// The two bytes of the status answer that tell whether the printer is busy. They follow the status number
+/// unless they are set.
+using StatusFlags = std::array<uint8_t, 2>;
+
 constexpr size_t counterCount = 7;
 constexpr size_t uniqueStringSize = 23;
 
@@ -64,6 +68,7 @@ struct PrinterSetup {
                                  {.code = 0xF2, .width = 15240, .length = 20320}};
     std::chrono::milliseconds timePerPage{0};
     Status condition;
+    std::optional<StatusFlags> statusFlags;
     std::string uniqueString = "SIMULATED PRINTER";
     std::array<uint32_t, counterCount> counters{};
     uint8_t jobNumber = 0;
@@ -119,6 +124,7 @@ struct Printer {
     uint32_t ledFlashes = 0;
     uint32_t resets = 0;
     Status condition;
+    std::optional<StatusFlags> statusFlags;
     std::deque<Status> errorLog;  // the newest first
     std::string uniqueString;
     uint8_t jobNumber;  // of the last page that was accepted
@@ -132,6 +138,7 @@ struct Printer {
     std::filesystem::path lastPage;
 
     Status status() const;
+    StatusFlags flags() const;
     void setCondition(Status status);
     bool isPresent() const { return Clock::now() >= absentUntil; }
     void countPrints(uint32_t prints);

@@ -71,6 +71,13 @@ uint32_t zprusbsim_setCondition(uint32_t number, const char* condition, uint8_t 
     });
 }
 
+uint32_t zprusbsim_setStatusFlags(uint32_t number, uint8_t first, uint8_t second) {
+    return withPrinter(number, [=](Printer& printer, auto&) {
+        printer.statusFlags = {first, second};
+        return 1u;
+    });
+}
+
 uint32_t zprusbsim_unplug(uint32_t number) {
     return Simulation::instance().unplug(number);
 }

@@ -61,6 +61,13 @@ uint32_t zprusbsim_clearFaults(uint32_t printer);
 /// @return 1; 0 without such a printer, and for any other condition.
 uint32_t zprusbsim_setCondition(uint32_t printer, const char* condition, uint8_t group, uint8_t detail);
 
+/// Sets the two flag bytes of the status answer, apart from the status number, which is that of the condition.
+/// Until then both are 1 while the printer is printing and 0 otherwise.
+/// @param printer device number.
+/// @param first, second the flags; a host takes anything but 0 for set.
+/// @return 1; 0 without such a printer.
+uint32_t zprusbsim_setStatusFlags(uint32_t printer, uint8_t first, uint8_t second);
+
 /// Pulls the plug: transfers that wait on the printer's pipes fail, SDKUsb_CheckDevice() gives 0, and the
 /// process gets the system's device-change message. A page that was arriving ends as incomplete; this waits
 /// until it is written.

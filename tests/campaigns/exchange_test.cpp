@@ -175,6 +175,18 @@ TEST_F(Exchanges, giveTheCodeOfEveryNumberThatThePrinterCanSay) {
     expectUsable();
 }
 
+TEST_F(Exchanges, tellByTwoFlagsBesidesTheNumberWhetherThePrinterIsBusy) {
+    const struct {
+        uint8_t first, second;
+        uint16_t status, page;
+    } cases[] = {{0, 9, 0, 0}, {9, 0, 0, 2100}, {9, 9, 2100, 2100}, {0, 0, 0, 0}};
+    for (const auto& [first, second, status, page] : cases) {
+        EXPECT_EQ(zprusbsim_setStatusFlags(0, first, second), 1u);
+        EXPECT_EQ(codeOf(zprusb_status), status);
+        EXPECT_EQ(codeOf(printAfterCheck), page);
+    }
+}
+
 TEST_F(Exchanges, onPipesThatEndGive2600UntilThePrinterIsOpenedAnew) {
     forEachExchange(rounds(6, 1), [](const Exchange& exchange) {
         // A direct read takes the end of a pipe for a read of nothing where the system does.

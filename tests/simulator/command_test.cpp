@@ -111,6 +111,8 @@ TEST_F(Commands, ReportTheConditionThatThePrinterIsIn) {
         ASSERT_EQ(zprusbsim_setCondition(0, condition, 6, 11), 1u);
         EXPECT_EQ(host.ask(getStatus), changed(success(Bytes(48), statusNumber), {{2, group}, {3, detail}}));
     }
+    ASSERT_EQ(zprusbsim_setStatusFlags(0, 7, 0), 1u);
+    EXPECT_EQ(host.ask(getStatus), success(changed(Bytes(48), {{32, 7}})));
     EXPECT_EQ(host.ask({0x04, 0x00, 0, 0}),
               success(concatenate({4, 0x11, 6, 11, 0x34, 0, 0, 0x33, 0, 0, 0x31, 0, 0}, Bytes(48))));
     EXPECT_EQ(zprusbsim_setCondition(0, "on fire", 0, 0), 0u);

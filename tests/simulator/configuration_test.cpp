@@ -46,10 +46,13 @@ TEST_F(Configurations, ThatAreWrongAreRefusedWithTheirPlaceAndChangeNothing) {
 }
 
 TEST_F(Configurations, SayAllThatAPrinterIs) {
-    configure(
-        {{{"condition", "device error"}, {"errorGroup", 6}, {"errorDetail", 7}, {"media", Json::array()}}});
+    configure({{{"condition", "device error"},
+                {"errorGroup", 6},
+                {"errorDetail", 7},
+                {"media", Json::array()},
+                {"statusFlags", {0, 5}}}});
     const Host host;
-    EXPECT_EQ(host.ask(getStatus), changed(success(Bytes(48), 0x11), {{2, 6}, {3, 7}}));
+    EXPECT_EQ(host.ask(getStatus), changed(success(Bytes(48), 0x11), {{2, 6}, {3, 7}, {49, 5}}));
     EXPECT_EQ(host.ask({0x02, 0x00, 0, 0}).size(), 11u);
     configure(Json::array());
     EXPECT_TRUE(host.ask(getStatus).empty()) << "the new printers end the pipes of the old ones";
