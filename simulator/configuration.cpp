@@ -8,6 +8,7 @@
 
 #include "commands.h"
 #include "json_reader.h"
+#include "system.h"
 
 namespace simulator {
 namespace {
@@ -56,10 +57,16 @@ MediaSize readMedia(const Json& json, const std::string& place) {
     return media;
 }
 
+// Hosts reserve a printer by its serial among all processes, so printers of several processes have different
+// ones.
+std::string defaultSerial(size_t index) {
+    char printer[8];
+    std::snprintf(printer, sizeof printer, "%04u", static_cast<unsigned>(index + 1));
+    return std::string(printer) + "P" + std::to_string(processNumber());
+}
+
 std::string readSerial(JsonReader& reader, size_t index) {
-    char otherwise[8];
-    std::snprintf(otherwise, sizeof otherwise, "%04u", static_cast<unsigned>(index + 1));
-    const std::string serial = reader.text("serial", otherwise);
+    const std::string serial = reader.has("serial") ? reader.text("serial") : defaultSerial(index);
     const bool isPlain =
         std::ranges::all_of(serial, [](char c) { return std::isalnum(static_cast<unsigned char>(c)) != 0; });
     if (serial.empty() || serial.size() > 20 || !isPlain)
@@ -74,13 +81,6 @@ Status readCondition(JsonReader& reader) {
     return *status;
 }
 
-void readMediaList(JsonReader& reader, PrinterSetup& printer) {
-    const Json* media = reader.list("media", maximumMedia);
-    if (media == nullptr) return;
-    printer.media.clear();
-    for (size_t i = 0; i < media->size(); ++i) {
-        printer.media.push_back(readMedia((*media)[i], reader.placeOf("media", i)));
-    }
 std::optional<StatusFlags> readStatusFlags(JsonReader& reader) {
     StatusFlags flags{};
     const auto numbers = numbersOf(reader, "statusFlags", flags.size(), anyByte);

@@ -62,7 +62,7 @@ constexpr size_t counterCount = 7;
 constexpr size_t uniqueStringSize = 23;
 
 struct PrinterSetup {
-    std::string serial = "SIMULATED0001";
+    std::string serial;
     bool foreign = false;  // another maker's device that the control library happens to know
     std::vector<MediaSize> media{{.code = 0xF1, .width = 15240, .length = 10160},
                                  {.code = 0xF2, .width = 15240, .length = 20320}};

@@ -45,7 +45,7 @@ Simulation::Simulation() {
     stayLoaded();
     try {
         build(parseConfiguration(configurationText()));
-    } catch (const ConfigurationError& error) {
+    } catch (const std::exception& error) {
         std::fprintf(stderr, "ZPRUSB_SIMULATOR: %s, so there is no simulated printer.\n", error.what());
     }
 }

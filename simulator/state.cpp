@@ -35,7 +35,8 @@ Json updatesOf(const Printer& printer) {
 
 std::string describe(const Printer& printer) {
     const Status status = printer.status();
-    const Json state{{"condition", conditionOf(status)},
+    const Json state{{"serial", printer.setup.serial},
+                     {"condition", conditionOf(status)},
                      {"errorGroup", status.group},
                      {"errorDetail", status.detail},
                      {"uniqueString", printer.uniqueString},

@@ -1,6 +1,7 @@
 /// What the simulator needs of the operating system besides pipes.
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <optional>
@@ -22,6 +23,10 @@ std::optional<std::filesystem::path> pathFromEnvironment(const char* variable);
 /// @return false when the new name is taken.
 /// @throws std::system_error when the system refuses for any other reason.
 bool moveToFreeName(const std::filesystem::path& from, const std::filesystem::path& to);
+
+/// @return the lowest number from 1 that no other process which has asked has; this one keeps it until it ends.
+/// @throws std::system_error when the system refuses.
+uint32_t processNumber();
 
 /// Keeps this library's image in the process for good: the printers live in it, and the host unloads it each
 /// time it closes.

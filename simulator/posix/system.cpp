@@ -25,17 +25,56 @@ std::thread startThread(std::function<void()> body) {
     return thread;
 }
 
+namespace {
+
+/// An address in the abstract namespace: nothing of it is left when its process has ended, however that ends.
+class AbstractAddress {
+public:
+    explicit AbstractAddress(const std::string& name) {
+        address_.sun_family = AF_UNIX;
+        std::copy(name.begin(), name.end(), address_.sun_path + 1);  // after a leading zero
+        size_ = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + name.size());
+    }
+
+    const sockaddr* get() const { return reinterpret_cast<const sockaddr*>(&address_); }
+    socklen_t size() const { return size_; }
+
+private:
+    sockaddr_un address_{};
+    socklen_t size_;
+};
+
+int makeSocket() {
+    return socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+}
+
+// The socket's name is the number's mark, so the socket stays open.
+uint32_t claimNumber() {
+    const int mark = makeSocket();
+    for (uint32_t number = 1;; ++number) {
+        const AbstractAddress address("zprusb-simulator-" + std::to_string(number));
+        if (bind(mark, address.get(), address.size()) == 0) return number;
+        if (errno == EADDRINUSE) continue;
+        const int error = errno;
+        if (mark >= 0) close(mark);
+        throw std::system_error(error, std::generic_category(), "socket");
+    }
+}
+
+}  // namespace
+
 void notifyDeviceChange() {
-    const std::string name = "zprusb-device-change-" + std::to_string(getpid());
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    std::copy(name.begin(), name.end(), address.sun_path + 1);  // a leading zero: the abstract namespace
-    const auto size = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + name.size());
-    const int sender = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+    const AbstractAddress address("zprusb-device-change-" + std::to_string(getpid()));
+    const int sender = makeSocket();
     if (sender < 0) return;
     // Nobody may be listening, which is no fault.
-    (void)sendto(sender, "change", 6, 0, reinterpret_cast<const sockaddr*>(&address), size);
+    (void)sendto(sender, "change", 6, 0, address.get(), address.size());
     close(sender);
+}
+
+uint32_t processNumber() {
+    static const uint32_t number = claimNumber();
+    return number;
 }
 
 std::optional<std::filesystem::path> pathFromEnvironment(const char* variable) {

@@ -4,6 +4,7 @@
 
 #include <dbt.h>  // needs the header above
 
+#include <string>
 #include <system_error>
 
 namespace simulator {
@@ -17,6 +18,21 @@ BOOL CALLBACK postToOwnWindow(HWND window, LPARAM process) {
     return TRUE;
 }
 
+// The mutex is the number's mark, so its handle stays open.
+uint32_t claimNumber() {
+    for (uint32_t number = 1;; ++number) {
+        const std::wstring name = L"zprusb-simulator-process-" + std::to_wstring(number);
+        const HANDLE mark = CreateMutexW(nullptr, FALSE, name.c_str());
+        const DWORD error = GetLastError();
+        if (mark != nullptr && error != ERROR_ALREADY_EXISTS) return number;
+        if (mark != nullptr) {
+            CloseHandle(mark);
+        } else if (error != ERROR_ACCESS_DENIED) {  // which somebody else's mutex gives
+            throw std::system_error(static_cast<int>(error), std::system_category(), "CreateMutex");
+        }
+    }
+}
+
 }  // namespace
 
 std::thread startThread(std::function<void()> body) {
@@ -25,6 +41,11 @@ std::thread startThread(std::function<void()> body) {
 
 void notifyDeviceChange() {
     EnumWindows(postToOwnWindow, static_cast<LPARAM>(GetCurrentProcessId()));
+}
+
+uint32_t processNumber() {
+    static const uint32_t number = claimNumber();
+    return number;
 }
 
 std::optional<std::filesystem::path> pathFromEnvironment(const char* variable) {

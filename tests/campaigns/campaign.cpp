@@ -23,8 +23,11 @@ constexpr uint32_t tenDots = 85;  // 1/100 mm
 std::mutex longestPageMutex;
 std::chrono::steady_clock::duration longest{};  // guarded by longestPageMutex
 
-std::string serialOf(const fs::path& folder, unsigned printer) {
-    return folder.filename().string() + "N" + std::to_string(printer);
+/// All that the printer remembers; empty without such a printer.
+Json stateOf(unsigned printer) {
+    std::string text(zprusbsim_state(printer, nullptr, 0) + 100, '\0');
+    zprusbsim_state(printer, text.data(), static_cast<uint32_t>(text.size()));
+    return Json::parse(text.c_str(), nullptr, false);
 }
 
 }  // namespace
@@ -63,11 +66,12 @@ bool resourcesFallTo(unsigned count) {
     return test::resourceCount() <= count + systemsOwn;
 }
 
-void connectPrinters(unsigned count, const fs::path& folder, unsigned patience) {
+void connectPrinters(unsigned count, const fs::path& folder, bool shared, unsigned patience) {
     Json printers = Json::array();
-    for (unsigned i = 0; i < count; ++i)
-        printers.push_back({{"serial", serialOf(folder, i)},
-                            {"media", {{{"code", mediaCode}, {"width", tenDots}, {"length", tenDots}}}}});
+    for (unsigned i = 0; i < count; ++i) {
+        printers.push_back({{"media", {{{"code", mediaCode}, {"width", tenDots}, {"length", tenDots}}}}});
+        if (shared) printers[i]["serial"] = folder.filename().string() + "N" + std::to_string(i);
+    }
     const std::u8string output = folder.u8string();
     const Json configuration{{"printers", printers},
                              {"output", std::string(output.begin(), output.end())},
@@ -87,8 +91,8 @@ PageFolder::~PageFolder() {
 
 unsigned PageFolder::removeMutexes() const {
     unsigned removed = 0;
-    for (unsigned printer = 0; printer < ZPRUSB_MAX_PRINTERS; ++printer)
-        removed += test::removeMutex("usb#vid_5a2c&pid_0012#SIMULATED" + serialOf(path, printer) +
+    for (unsigned printer = 0; zprusbsim_state(printer, nullptr, 0) > 0; ++printer)
+        removed += test::removeMutex("usb#vid_5a2c&pid_0012#" + stateOf(printer)["serial"].get<std::string>() +
                                      "#{simulated-printer}");
     return removed;
 }

@@ -32,10 +32,11 @@ bool isDocumented(uint16_t code);
 /// system's books yet, and the system has one or two of its own that come and go.
 bool resourcesFallTo(unsigned count);
 
-/// Makes so many new printers, all closed, that print into the folder. Their names come from the folder's, so
-/// that nobody else's printers are reserved with them.
+/// Makes so many new printers, all closed, that print into the folder.
+/// @param shared whether they are those of all processes that say the same, and not the process's own.
 /// @param patience after so many seconds without data a printer gives a page up.
-void connectPrinters(unsigned count, const std::filesystem::path& folder, unsigned patience = 3600);
+void connectPrinters(unsigned count, const std::filesystem::path& folder, bool shared = false,
+                     unsigned patience = 3600);
 
 /// A folder for pages. It goes with the object, and so do the mutexes of its printers.
 struct PageFolder {
@@ -50,8 +51,8 @@ struct PageFolder {
 
 class Campaign : public testing::Test {
 protected:
-    explicit Campaign(unsigned printers = 1, unsigned patience = 3600) {
-        connectPrinters(printers, folder.path, patience);
+    explicit Campaign(unsigned printers = 1, bool shared = false, unsigned patience = 3600) {
+        connectPrinters(printers, folder.path, shared, patience);
     }
     ~Campaign() override { zprusb_close(); }
 

@@ -52,14 +52,30 @@ std::vector<Possession> possessionsOfOne(const std::string& folder, bool whenItH
     return possessions;
 }
 
+int holdPrinter(const std::string& folder, bool shared) {
+    connectPrinters(1, std::u8string(folder.begin(), folder.end()), shared);
+    uint16_t code = ZPRUSB_SUCCESS;
+    if (zprusb_open(&code) == 0 || zprusb_checkMediaInfo(0xF1, 85, 85, &code) == 0 ||
+        zprusb_startpage(nullptr, &code) == 0)
+        return code;
+    std::cout << "holds" << std::endl;
+    std::cin.get();
+    return 0;
+}
+
 struct Processes : testing::Test {
+    std::string pathText() const {
+        const std::u8string path = folder.path.u8string();
+        return {path.begin(), path.end()};
+    }
+
     PageFolder folder;
 };
 
 }  // namespace
 
 int shareThePrinters(const std::string& folder) {
-    connectPrinters(sharedPrinters, std::u8string(folder.begin(), folder.end()));
+    connectPrinters(sharedPrinters, std::u8string(folder.begin(), folder.end()), true);
     uint16_t code = ZPRUSB_SUCCESS;
     if (zprusb_open(&code) == 0) return code;
     std::cout << "ready" << std::endl;
@@ -80,15 +96,34 @@ int shareThePrinters(const std::string& folder) {
     }
 }
 
+int holdASharedPrinter(const std::string& folder) {
+    return holdPrinter(folder, true);
+}
+
+int holdItsOwnPrinter(const std::string& folder) {
+    return holdPrinter(folder, false);
+}
+
+TEST_F(Processes, haveAPrinterInCommonOnlyWhenItsSerialIsConfigured) {
+    for (const bool shared : {false, true}) {
+        connectPrinters(1, folder.path, shared);
+        EXPECT_EQ(codeOf(zprusb_open), ZPRUSB_SUCCESS);
+        test::ChildProcess other(test::ownProgram(), {shared ? "hold shared" : "hold own", pathText()});
+        EXPECT_EQ(other.readLine(), "holds");
+        EXPECT_EQ(statusAtOnce(), shared ? ZPRUSB_PRINTER_BUSY : ZPRUSB_SUCCESS);
+        zprusb_close();
+        folder.removeMutexes();
+    }
+}
+
 TEST_F(Processes, neverHaveAPrinterTogetherHoweverOftenTheyAreKilled) {
     constexpr unsigned processes = 8;
     const unsigned kills = rounds(5, 125);  // of each
-    const std::u8string path = folder.path.u8string();
     std::vector<std::vector<Possession>> ofThreads(processes);
-    connectPrinters(sharedPrinters, folder.path);
+    connectPrinters(sharedPrinters, folder.path, true);
     EXPECT_EQ(codeOf(zprusb_open), ZPRUSB_SUCCESS);
     zprusb_close();
-    const std::string pages(path.begin(), path.end());
+    const std::string pages = pathText();
     std::jthread([&] { possessionsOfOne(pages, true, {}); }).join();
     const unsigned resources = test::resourceCount();  // the system has made now what it makes once
     {

@@ -7,10 +7,18 @@
 /// or end), the printer, and the time in nanoseconds.
 int shareThePrinters(const std::string& folder);
 
+/// Opens a page, on a printer of the page folder or one of its own; tells that, and ends it when its input
+/// ends.
+int holdASharedPrinter(const std::string& folder);
+int holdItsOwnPrinter(const std::string& folder);
+
 /// Ends the process while the library is in the state of that name.
 int endInState(const std::string& state);
 
 constexpr struct Role {
     const char* name;
     int (*play)(const std::string& argument);
-} roles[] = {{"share", shareThePrinters}, {"end", endInState}};
+} roles[] = {{"share", shareThePrinters},
+             {"hold shared", holdASharedPrinter},
+             {"hold own", holdItsOwnPrinter},
+             {"end", endInState}};

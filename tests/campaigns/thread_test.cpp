@@ -103,7 +103,7 @@ unsigned printerOf(fs::path picture) {
 }
 
 struct Crowd : Campaign {
-    Crowd() : Campaign(printers, patience) {}
+    Crowd() : Campaign(printers, true, patience) {}
 };
 
 }  // namespace

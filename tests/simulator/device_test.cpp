@@ -25,8 +25,8 @@ protected:
 
 TEST_F(Devices, AreToldApartByTheirPathsAndSayThatTheyAreSimulated) {
     configure({Json::object(), {{"foreign", true}}, {{"serial", "LOBBY"}}});
-    const char* starts[] = {R"(\\?\usb#vid_5a2c&pid_0012#SIMULATED0001#)",
-                            R"(\\?\usb#vid_ffff&pid_0001#SIMULATED0002#)",
+    const char* starts[] = {R"(\\?\usb#vid_5a2c&pid_0012#SIMULATED0001P)",
+                            R"(\\?\usb#vid_ffff&pid_0001#SIMULATED0002P)",
                             R"(\\?\usb#vid_5a2c&pid_0012#SIMULATEDLOBBY#)"};
     for (uint32_t number = 0; number < 3; ++number) {
         EXPECT_EQ(SDKUsb_CheckDeviceName(number), none);

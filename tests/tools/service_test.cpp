@@ -200,19 +200,20 @@ TEST_F(Firmware, IsInspectedWithoutAPrinter) {
 
 TEST_F(Firmware, ArrivesAsItIs) {
     const std::string update = "zprusb-service firmware update größe.s37 --target 9 --start 0x1234 --yes";
+    simulate(R"({"printers": [{"serial": "FOX"}]})");
     const Outcome done = run(update);
     EXPECT_EQ(done.status, 0) << done.err;
     EXPECT_TRUE(
         contains(done.out, "has accepted the update.\nSent 524288 bytes of firmware to target 9 from "));
-    EXPECT_TRUE(read("printed/SIMULATED0001-update-9.bin") == image);
+    EXPECT_TRUE(read("printed/SIMULATEDFOX-update-9.bin") == image);
 
     for (const char* fault : {R"("command": "Update", "action": "error", "number": 5)",
                               R"("imageByte": 100000, "action": "unplug")"}) {
-        simulate(std::string(R"({"printers": [{}], "output": "broken", "faults": [{)") + fault + "}]}");
+        simulate(std::string(R"({"printers": [{"serial": "FOX"}], "output": "broken", "faults": [{)") + fault + "}]}");
         const Outcome broken = run(update);
         EXPECT_EQ(broken.status, 1);
         EXPECT_TRUE(contains(broken.err, fault[1] == 'c' ? "code 3200" : "code 2"));
-        EXPECT_TRUE(read("broken/SIMULATED0001-update-9.bin").empty());
+        EXPECT_TRUE(read("broken/SIMULATEDFOX-update-9.bin").empty());
     }
 }
 
