@@ -6,7 +6,9 @@
 /// With every check left out:
 ///
 ///     uint16_t code, page;
-///     uint32_t size = 1800 * 1200 * 3;                   // width x height x 3 bytes of RGB, 300 dots per inch
+///     uint32_t size = 1800 * 1200 * 3;                   // width x height x 3 bytes of RGB, 300 dots per
+///     inch:
+///                                                        // so the simulator takes it; see zprusb_write()
 ///     zprusb_open(&code);
 ///     zprusb_checkMediaInfo(0xF1, 15240, 10160, &code);  // 6 x 4 inch, in 1/100 mm
 ///     zprusb_startpage(&page, &code);
@@ -219,9 +221,11 @@
       "A fault inside the printer; information tag 7 gives its group and detail.", \
       "Switch the printer off and on; if the error returns, call service.") \
     X(2504, UNEXPECTED, "The printer or the operating system reported something unexpected.", \
-      "The printer gave a number that this library does not know, or the system failed while the printer " \
-      "was being reserved.", \
-      "Try again; if it returns, close and open the library.") \
+      "The printer gave a number that this library does not know, or the system did not let it be reserved: " \
+      "on Linux its lock file may be another user's and without rights for this one, the file system of the " \
+      "lock files, usually /dev/shm, may be full or read-only, or the process may have no descriptors left.", \
+      "Try again; if it returns, look at the lock files and at the number of open files of the process, then " \
+      "close and open the library.") \
     X(2600, COMMUNICATION, "The communication with the printer failed.", \
       "The printer was unplugged, switched off or reset, did not take a request or answer within 10 s, " \
       "refused a request, or sent an answer of the wrong length.", \
@@ -248,7 +252,7 @@
       "The file was damaged or edited.", \
       "Get an undamaged copy of the file.") \
     X(3003, BAD_ADDRESS, "An address in the firmware file lies outside the permitted range.", \
-      "The file belongs to another product or is damaged.", \
+      "The file belongs to another product or is damaged, or it has no data at all.", \
       "Choose the right file.") \
     X(3200, UPDATE_REFUSED, "The printer did not accept the start of the firmware update.", \
       "The update request could not be sent, was refused, or was not answered.", \
@@ -555,7 +559,7 @@ ZPRUSB_API uint32_t zprusb_copies(uint16_t copies, uint16_t* resultCode);
 /// Starts a page of the size that zprusb_checkMediaInfo() has chosen, if the printer is ready, and keeps the
 /// printer reserved for the calling thread until zprusb_endpage(). Repeats.
 /// @param pageId receives printer number x 256 + job number (1 to 255, one more than the printer's last); 0
-///        when it fails before that is known. May be null.
+///        when it fails before that is known; untouched with 1501. May be null.
 /// @param resultCode receives the code; may be null.
 /// @return 1 when the printer has acknowledged the page; 0: this call has reserved nothing.
 /// @par Codes
@@ -581,8 +585,10 @@ ZPRUSB_API uint32_t zprusb_startpage(uint16_t* pageId, uint16_t* resultCode);
 /// most 4 x (0.5 s + 5 exchanges) = 406 s for section 0, 4 x (1 s + 5 exchanges) = 408 s for the others.
 ZPRUSB_API uint32_t zprusb_startpagelong(uint16_t* pageId, uint8_t sectionIndex, uint16_t* resultCode);
 
-/// Sends image data of the started page: 8-bit RGB, row by row, in as many calls as the caller likes. Neither
-/// counts the data nor looks whether a page was started.
+/// Sends image data of the started page, in as many calls as the caller likes. They go out as they are: the
+/// library neither counts them nor looks whether a page was started. How many bytes a page has, at how many
+/// dots per inch, and how they make up its pixels, the printer's manual says. The simulator and the tools take
+/// width x length at 300 dots per inch, 8-bit RGB, row by row.
 /// @param data the bytes. Null gives 1006 unless the length is 0.
 /// @param length number of bytes; not changed. 0: nothing is sent, 0 is returned and no code is written. Null
 ///        gives 1006.

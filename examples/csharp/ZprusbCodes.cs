@@ -40,7 +40,7 @@ namespace Zprusb
                 case 2309: return "The printer reports a device error of group 6, detail 1 or 11. Switch the printer off and on; if the error returns, call service."; // DEVICE_ERROR_2309
                 case 2310: return "The printer reports a device error of group 6, detail 16. Switch the printer off and on; if the error returns, call service."; // DEVICE_ERROR_2310
                 case 2500: return "The printer reports a device error of group 1 to 4. Switch the printer off and on; if the error returns, call service."; // DEVICE_ERROR_2500
-                case 2504: return "The printer or the operating system reported something unexpected. Try again; if it returns, close and open the library."; // UNEXPECTED
+                case 2504: return "The printer or the operating system reported something unexpected. Try again; if it returns, look at the lock files and at the number of open files of the process, then close and open the library."; // UNEXPECTED
                 case 2600: return "The communication with the printer failed. Check the cable and that the printer is on; then close and open the library."; // COMMUNICATION
                 case 2601: return "The printer refused the request with error 1. Close and open the library, and try again."; // ANSWER_ERROR_1
                 case 2602: return "The printer refused the request with error 2. Close and open the library, and try again."; // ANSWER_ERROR_2

@@ -34,7 +34,7 @@ CODES = {
     2309: ("DEVICE_ERROR_2309", "The printer reports a device error of group 6, detail 1 or 11.", "Switch the printer off and on; if the error returns, call service."),
     2310: ("DEVICE_ERROR_2310", "The printer reports a device error of group 6, detail 16.", "Switch the printer off and on; if the error returns, call service."),
     2500: ("DEVICE_ERROR_2500", "The printer reports a device error of group 1 to 4.", "Switch the printer off and on; if the error returns, call service."),
-    2504: ("UNEXPECTED", "The printer or the operating system reported something unexpected.", "Try again; if it returns, close and open the library."),
+    2504: ("UNEXPECTED", "The printer or the operating system reported something unexpected.", "Try again; if it returns, look at the lock files and at the number of open files of the process, then close and open the library."),
     2600: ("COMMUNICATION", "The communication with the printer failed.", "Check the cable and that the printer is on; then close and open the library."),
     2601: ("ANSWER_ERROR_1", "The printer refused the request with error 1.", "Close and open the library, and try again."),
     2602: ("ANSWER_ERROR_2", "The printer refused the request with error 2.", "Close and open the library, and try again."),

@@ -75,7 +75,7 @@ uint32_t zprusb_universalCommand(const uint8_t* data, uint8_t count, uint8_t* ou
 uint32_t zprusb_getModelName(uint16_t* resultCode);
 
 /// Writes bytes to the printer as they are, without a time-out.
-/// @param data *length bytes.
+/// @param data *length bytes; of none, nothing is sent, 0 is returned and no code is written.
 /// @param resultCode 0; 2600.
 uint32_t zprusb_writeRaw(const uint8_t* data, const uint32_t* length, uint16_t* resultCode);
 
@@ -160,7 +160,8 @@ uint32_t zprusb_cmdReserved(uint8_t value, uint16_t* resultCode);
 ///        a failure but 1501. May be null.
 /// @param startAddress, endAddress of the image's first and last byte; untouched after a failure. May be null.
 /// @param resultCode 0; 1000; 1005 the file can't be read, or ends within a record; 1006 no path; 1501; 3001;
-///        3002; 3003 also when the image were larger than 512 KiB, or the file has changed while it was read.
+///        3002; 3003 also when the image were larger than 512 KiB, no record has data, or the file has changed
+///        while it was read.
 /// @return the image, to be given to zprusb_freeUpdateImage() before zprusb_close(); null on failure.
 uint8_t* zprusb_loadUpdateImage(const char* path, uint32_t* imageLength, uint32_t* imageByteSum,
                                 uint32_t* startAddress, uint32_t* endAddress, uint16_t* resultCode);
