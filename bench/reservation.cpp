@@ -51,8 +51,8 @@ class PrinterLock : public Lock {
 public:
     void obtain() override {
         device::PrinterObject& printer = *object_;
-        device::Reservation reservation = device::acquireDevice(printer, nullptr);
-        require(static_cast<bool>(reservation), "acquireDevice");
+        device::Reservation reservation = device::reserve(printer);
+        require(static_cast<bool>(reservation), "reserve");
         reservation.keepForPage(printer);
     }
     void release() override { device::releasePage(*object_); }

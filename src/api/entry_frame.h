@@ -16,27 +16,29 @@ constexpr Frame lockedFrame{true, 0};
 constexpr Frame retryingFrame{true, 3};
 constexpr Frame lockFreeFrame{false, 0};
 
-/// Runs an operation, which reports its own code, on the calling thread's object. Without one, gives 1501.
-template <class Operation>
-uint32_t onPrinter(const Frame& frame, uint16_t* resultCode, Operation operation) {
-    const EntryGuard guard(frame.locked);
-    const ObjectUse object(findThreadSlot());
-    if (!object) {
-        device::setResult(resultCode, ZPRUSB_NO_OBJECT);
-        return 0;
-    }
-    bool success = operation(*object);
-    for (unsigned retry = 0; !success && retry < frame.retries; ++retry) success = operation(*object);
-    return success;
+/// Writes what a call came to for the caller.
+/// @return what the entry point returns.
+inline uint32_t report(device::Result result, uint16_t* resultCode) {
+    if (resultCode != nullptr && result.code != device::Result::noCode) *resultCode = result.code;
+    return result.success;
 }
 
-/// The same for an operation whose last parameter is the result code.
-template <class... Parameters, class... Arguments>
-uint32_t run(const Frame& frame, uint16_t* resultCode, bool (*operation)(device::PrinterObject&, Parameters...),
-             const Arguments&... arguments) {
-    return onPrinter(frame, resultCode, [&](device::PrinterObject& printer) {
-        return operation(printer, arguments..., resultCode);
-    });
+/// Runs an operation on the calling thread's object; without one, the result is 1501.
+template <class Operation, class... Arguments>
+device::Result run(unsigned retries, const Operation& operation, const Arguments&... arguments) {
+    const ObjectUse object(findThreadSlot());
+    if (!object) return device::failure(ZPRUSB_NO_OBJECT);
+    device::Result result = operation(*object, arguments...);
+    for (unsigned retry = 0; !result && retry < retries; ++retry) result = operation(*object, arguments...);
+    return result;
+}
+
+/// What an entry point with a result code is: its frame and its operation.
+template <class Operation, class... Arguments>
+uint32_t call(const Frame& frame, uint16_t* resultCode, const Operation& operation,
+              const Arguments&... arguments) {
+    const EntryGuard guard(frame.locked);
+    return report(run(frame.retries, operation, arguments...), resultCode);
 }
 
 }  // namespace api

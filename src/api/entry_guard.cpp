@@ -5,8 +5,8 @@
 #include "api/object_lifecycle.h"
 #include "api/object_table.h"
 #include "device/api_lock.h"
+#include "device/device_change_thread.h"
 #include "device/device_table.h"
-#include "device/message_window_thread.h"
 #include "platform/fork.h"
 #include "platform/named_mutex.h"
 
@@ -22,7 +22,8 @@ void resetInChild() {
     resetObjectTableInChild();
     resetLifecycleInChild();
     device::resetDeviceTableInChild();
-    device::resetMessageWindowThreadInChild();
+    device::resetControlLibraryInChild();
+    device::resetDeviceChangeThreadInChild();
 }
 
 }  // namespace

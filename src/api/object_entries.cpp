@@ -1,5 +1,5 @@
 /// Entry points that create, open, close and release the printer objects.
-#include "api/entry_guard.h"
+#include "api/entry_frame.h"
 #include "api/internal.h"
 #include "api/object_lifecycle.h"
 #include "api/object_table.h"
@@ -13,7 +13,7 @@ uint32_t zprusb_MakeObject(uint16_t count) {
 
 uint32_t zprusb_ReleaseObject(uint16_t* resultCode) {
     const EntryGuard guard;
-    return api::releaseObjects(resultCode);
+    return api::report(api::releaseObjects(), resultCode);
 }
 
 uint32_t zprusb_attachObjectCount(uint16_t* boundThreads, uint16_t* objectCount) {
@@ -25,12 +25,12 @@ uint32_t zprusb_attachObjectCount(uint16_t* boundThreads, uint16_t* objectCount)
 
 uint32_t zprusb_open(uint16_t* resultCode) {
     const EntryGuard guard;
-    return api::openLibrary(api::Purpose::printing, resultCode);
+    return api::report(api::openLibrary(api::Purpose::printing), resultCode);
 }
 
 uint32_t zprusb_openForUpdate(uint32_t, uint16_t* resultCode) {
     const EntryGuard guard;
-    return api::openLibrary(api::Purpose::update, resultCode);
+    return api::report(api::openLibrary(api::Purpose::update), resultCode);
 }
 
 void zprusb_close(void) {

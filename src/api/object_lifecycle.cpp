@@ -6,12 +6,15 @@
 #include "api/object_table.h"
 #include "api/printer_list.h"
 #include "device/api_lock.h"
+#include "device/device_change_thread.h"
 #include "device/device_table.h"
-#include "device/message_window_thread.h"
 #include "device/selection.h"
 #include "platform/thread.h"
 
 namespace api {
+
+using device::done;
+using device::failure;
 
 namespace {
 
@@ -54,18 +57,17 @@ bool fillDeviceTable(PrinterObject& printer) {
 }
 
 /// Opens one object; on one that is open already, repeats only the steps whose results are missing.
-bool openObject(PrinterObject& printer, uint16_t* resultCode) {
+Result openObject(PrinterObject& printer) {
     if (!device::deviceTableReady) device::resetDeviceTable(0xFF);
-    if (!device::load(printer.control)) return device::fail(ZPRUSB_NO_CONTROL_LIBRARY, resultCode);
-    if (!allocateBuffers(printer.buffers)) return device::fail(ZPRUSB_OUT_OF_MEMORY, resultCode);
-    if (!device::deviceTableReady && !fillDeviceTable(printer))
-        return device::fail(ZPRUSB_NO_PRINTER_FOUND, resultCode);
+    if (printer.control == nullptr) printer.control = device::useControlLibrary();
+    if (printer.control == nullptr) return failure(ZPRUSB_NO_CONTROL_LIBRARY);
+    if (!allocateBuffers(printer.buffers)) return failure(ZPRUSB_OUT_OF_MEMORY);
+    if (!device::deviceTableReady && !fillDeviceTable(printer)) return failure(ZPRUSB_NO_PRINTER_FOUND);
     if (!printer.opened) {
-        device::selectByNumber(printer, 0, nullptr);
+        (void)device::selectByNumber(printer, 0);  // when there is no printer of that number, none is selected
         printer.opened = true;
     }
-    device::setResult(resultCode, ZPRUSB_SUCCESS);
-    return true;
+    return done;
 }
 
 bool isFilled(uint32_t slot) {
@@ -73,10 +75,10 @@ bool isFilled(uint32_t slot) {
 }
 
 /// Opens the object of a slot, which is made first if the slot is empty.
-bool openSlot(uint32_t slot, uint16_t* resultCode) {
-    if (!isFilled(slot) && !fillSlot(slot)) return device::fail(ZPRUSB_OUT_OF_MEMORY, resultCode);
+Result openSlot(uint32_t slot) {
+    if (!isFilled(slot) && !fillSlot(slot)) return failure(ZPRUSB_OUT_OF_MEMORY);
     const ObjectUse object(static_cast<int>(slot));
-    return openObject(*object, resultCode);
+    return openObject(*object);
 }
 
 void allowUpdates(uint32_t slot) {
@@ -107,39 +109,39 @@ bool makeObjects(uint16_t count) {
     if (count < objectCount() || count > slotCount) return false;
     setObjectCount(count);
     for (uint32_t slot = 0; slot < count; ++slot) {
-        if (!isFilled(slot) && !openSlot(slot, nullptr)) return false;
+        if (!isFilled(slot) && !openSlot(slot)) return false;
     }
     return true;
 }
 
-bool openLibrary(Purpose purpose, uint16_t* resultCode) {
+Result openLibrary(Purpose purpose) {
     waitForFirstSearch();
     for (uint32_t slot = 0; slot < objectCount(); ++slot) {
-        if (!openSlot(slot, resultCode)) {
-            releaseObjects(nullptr);
-            return false;
+        const Result opened = openSlot(slot);
+        if (!opened) {
+            (void)releaseObjects();
+            return opened;
         }
         if (purpose == Purpose::update) allowUpdates(slot);
     }
     const bool bound = bindThreadSlot() != noSlot;
-    device::startMessageWindowThread(handleDeviceChange);
-    return bound || device::fail(ZPRUSB_NO_OBJECT, resultCode);
+    device::startDeviceChangeThread(handleDeviceChange);
+    return bound ? done : failure(ZPRUSB_NO_OBJECT);
 }
 
-bool releaseObjects(uint16_t* resultCode) {
+Result releaseObjects() {
     platform::sleepMilliseconds(releasePauseMilliseconds);
-    if (isAnyThreadBound()) return device::fail(ZPRUSB_STILL_IN_USE, resultCode);
+    if (isAnyThreadBound()) return failure(ZPRUSB_STILL_IN_USE);
     for (uint32_t slot = 0; slot < objectCount(); ++slot) tearDown(slot);
     setObjectCount(1);
-    device::setResult(resultCode, ZPRUSB_SUCCESS);
-    return true;
+    return done;
 }
 
 void closeLibrary() {
     unbindThread();
     if (boundThreadCount() != 0) return;
-    releaseObjects(nullptr);
-    device::stopMessageWindowThread();
+    (void)releaseObjects();
+    device::stopDeviceChangeThread();
 }
 
 void resetLifecycleInChild() {

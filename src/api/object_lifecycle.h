@@ -5,6 +5,8 @@
 
 namespace api {
 
+using device::Result;
+
 /// Raises the number of objects and opens those that are missing.
 bool makeObjects(uint16_t count);
 
@@ -12,10 +14,10 @@ bool makeObjects(uint16_t count);
 enum class Purpose { printing, update };
 
 /// Opens all objects and binds the calling thread; on failure releases them again, unless a thread is bound.
-bool openLibrary(Purpose purpose, uint16_t* resultCode);
+Result openLibrary(Purpose purpose);
 
 /// Refuses with 1502 while a thread is bound.
-bool releaseObjects(uint16_t* resultCode);
+Result releaseObjects();
 
 void closeLibrary();
 

@@ -42,7 +42,7 @@ void freeObject(PrinterObject* object) {
     std::free(object->buffers.image);
     std::free(object->buffers.page);
     std::free(object->buffers.work);
-    device::unload(object->control);
+    device::leaveControlLibrary(object->control);
     platform::destroy(object);
 }
 

@@ -30,7 +30,7 @@ uint32_t listPrinters(uint8_t* list) {
     forEachObject(device::forgetStalePipes);
     if (selected == device::noDeviceIndex) return found;
     const ObjectUse own(bindThreadSlot());
-    if (own) device::selectByNumber(*own, selected, nullptr);  // takes the pipe handles anew
+    if (own) (void)device::selectByNumber(*own, selected);  // takes the pipe handles anew
     return found;
 }
 

@@ -1,7 +1,7 @@
 /// Entry points that list and select printers.
 #include <cstring>
 
-#include "api/entry_guard.h"
+#include "api/entry_frame.h"
 #include "api/internal.h"
 #include "api/object_table.h"
 #include "api/printer_list.h"
@@ -12,6 +12,7 @@ using api::EntryGuard;
 using api::ObjectUse;
 using device::DeviceEntry;
 using device::PrinterObject;
+using device::Result;
 
 namespace {
 
@@ -32,12 +33,11 @@ uint32_t listIdentities(Identity DeviceEntry::*field, void* identities, int fill
 }
 
 /// The frame of the selections, which bind the calling thread.
-template <class Result, class Select>
-Result onBoundPrinter(Result withoutObject, uint16_t* resultCode, Select select) {
-    device::setResult(resultCode, ZPRUSB_NO_OBJECT);
+template <class Select>
+void selectOnBoundPrinter(uint16_t* resultCode, const Select& select) {
     const EntryGuard guard;
     const ObjectUse object(api::bindThreadSlot());
-    return object ? select(*object) : withoutObject;
+    api::report(object ? select(*object) : device::failure(ZPRUSB_NO_OBJECT), resultCode);
 }
 
 }  // namespace
@@ -57,21 +57,32 @@ uint32_t zprusb_listupPrinterId(uint8_t* ids) {
 }
 
 uint32_t zprusb_selectPrinter(uint8_t printerNumber, uint16_t* resultCode) {
-    return onBoundPrinter(uint32_t{device::noDeviceIndex}, resultCode, [&](PrinterObject& printer) {
-        return uint32_t{device::selectByNumber(printer, printerNumber, resultCode)};
+    uint32_t selected = device::noDeviceIndex;
+    selectOnBoundPrinter(resultCode, [&](PrinterObject& printer) {
+        const Result result = device::selectByNumber(printer, printerNumber);
+        if (result) selected = printer.deviceIndex;
+        return result;
     });
+    return selected;
 }
 
 char* zprusb_selectPrinterLbl(const char* label, uint16_t* resultCode) {
-    return onBoundPrinter<char*>(nullptr, resultCode, [&](PrinterObject& printer) {
-        return device::selectByLabel(printer, label, resultCode);
+    char* selected = nullptr;
+    selectOnBoundPrinter(resultCode, [&](PrinterObject& printer) {
+        const Result result = device::selectByLabel(printer, label);
+        if (result || label != nullptr) selected = printer.selectedPrinterLabel.data();
+        return result;
     });
+    return selected;
 }
 
 uint8_t* zprusb_selectPrinterId(uint64_t printerId, uint16_t* resultCode) {
     device::PrinterId id;
     std::memcpy(id.data(), &printerId, id.size());
-    return onBoundPrinter<uint8_t*>(nullptr, resultCode, [&](PrinterObject& printer) {
-        return device::selectById(printer, id, resultCode);
+    uint8_t* selected = nullptr;
+    selectOnBoundPrinter(resultCode, [&](PrinterObject& printer) {
+        selected = printer.selectedPrinterId.data();
+        return device::selectById(printer, id);
     });
+    return selected;
 }

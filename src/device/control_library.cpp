@@ -1,5 +1,7 @@
 #include "device/control_library.h"
 
+#include "platform/fork.h"
+#include "platform/lock.h"
 #include "platform/thread.h"
 
 namespace device {
@@ -12,7 +14,7 @@ bool resolve(platform::ModuleHandle module, const char* name, Function*& functio
     return function != nullptr;
 }
 
-bool resolveAll(UsbControlLibrary& control) {
+bool resolveAll(ControlLibrary& control) {
     const platform::ModuleHandle module = control.module;
     return resolve(module, "SDKUsb_Open", control.open) && resolve(module, "SDKUsb_OpenEx", control.openEx) &&
            resolve(module, "SDKUsb_Close", control.close) &&
@@ -28,27 +30,38 @@ bool resolveAll(UsbControlLibrary& control) {
            resolve(module, "SDKUsb_ResetDevice", control.resetDevice);
 }
 
-}  // namespace
+// Held while the control library is loaded and unloaded, which takes as long as the system's loader.
+constinit platform::Lock controlLibraryLock;
+constinit ControlLibrary controlLibrary;
+constinit uint32_t uses = 0;
 
-bool load(UsbControlLibrary& control) {
-    if (control.loaded) return true;
-    control = {};
-    control.module = platform::loadBesideThisLibrary("RQX5820UsbCtrl");
-    if (control.module == nullptr) return false;
-    if (!resolveAll(control)) {
-        platform::unloadModule(control.module);
-        control = {};
-        return false;
-    }
-    control.loaded = true;
-    return true;
+bool load() {
+    controlLibrary = {};
+    controlLibrary.module = platform::loadBesideThisLibrary("RQX5820UsbCtrl");
+    if (controlLibrary.module == nullptr) return false;
+    if (resolveAll(controlLibrary)) return true;
+    platform::unloadModule(controlLibrary.module);
+    return false;
 }
 
-void unload(UsbControlLibrary& control) {
-    if (!control.loaded) return;
-    const platform::ModuleHandle module = control.module;
-    control = {};
-    if (!platform::threadsWereLeftBehind()) platform::unloadModule(module);
+}  // namespace
+
+const ControlLibrary* useControlLibrary() {
+    const platform::Holding holding(controlLibraryLock);
+    if (uses == 0 && !load()) return nullptr;
+    ++uses;
+    return &controlLibrary;
+}
+
+void leaveControlLibrary(const ControlLibrary* control) {
+    if (control == nullptr) return;
+    const platform::Holding holding(controlLibraryLock);
+    if (--uses == 0 && !platform::threadsWereLeftBehind()) platform::unloadModule(controlLibrary.module);
+}
+
+void resetControlLibraryInChild() {
+    platform::startAnew(controlLibraryLock);
+    uses = 0;
 }
 
 }  // namespace device

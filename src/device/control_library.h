@@ -10,11 +10,10 @@ namespace device {
 using DeviceHandle = uint64_t;
 constexpr DeviceHandle noDevice = ~DeviceHandle{0};
 
-/// An object's binding of the printer maker's control library, which owns the USB stack. All of its functions
-/// have to be there, also those that are not called.
-struct UsbControlLibrary {
+/// The printer maker's control library, which owns the USB stack. All of its functions have to be there, also
+/// those that are not called.
+struct ControlLibrary {
     platform::ModuleHandle module = nullptr;
-    bool loaded = false;
 
     DeviceHandle (*open)(uint32_t deviceNumber) = nullptr;
     DeviceHandle (*openEx)(uint32_t deviceNumber, uint32_t flags) = nullptr;
@@ -32,12 +31,15 @@ struct UsbControlLibrary {
     uint32_t (*getDeviceIdString)(DeviceHandle device, char* text) = nullptr;
 };
 
-/// Loads the control library from the folder of this library into the table; does nothing when it is loaded.
-/// @return whether it is loaded, with all its functions.
-bool load(UsbControlLibrary& control);
+/// Loads the control library from the folder of this library, unless the process has it. Each call that
+/// succeeds needs one leaveControlLibrary().
+/// @return null when it can't be loaded, or lacks a function.
+const ControlLibrary* useControlLibrary();
 
-/// Empties the table. The library itself stays in memory if a thread that could not be ended may return into
-/// it.
-void unload(UsbControlLibrary& control);
+/// Unloads it with its last use, unless a thread that could not be ended may return into it. Accepts null.
+void leaveControlLibrary(const ControlLibrary* control);
+
+/// In the child of a fork, which loads it for itself.
+void resetControlLibraryInChild();
 
 }  // namespace device

@@ -4,32 +4,31 @@ namespace device {
 
 namespace {
 
-bool isGone(const UsbControlLibrary& control, const DeviceEntry& entry) {
-    return control.loaded && control.checkDevice(entry.handle) == 0;
+bool isGone(const DeviceEntry& entry) {
+    return entry.control->checkDevice(entry.handle) == 0;
 }
 
 /// Several objects may have copies of one pipe handle: the pipe is closed once, with the entry's, and the other
 /// copies are only cleared.
-void closeObjectPipe(const UsbControlLibrary& control, std::atomic<platform::PipeHandle>& copy,
-                     platform::PipeHandle& entryPipe, bool abandoned) {
-    const platform::PipeHandle pipe = copy.exchange(platform::noPipe);
-    if (pipe == entryPipe) closeEntryPipe(control, entryPipe, abandoned);
+void dropPipe(std::atomic<platform::PipeHandle>& copy, DeviceEntry& entry,
+              platform::PipeHandle DeviceEntry::*pipe, void (*close)(DeviceEntry& entry)) {
+    if (copy.exchange(platform::noPipe) == entry.*pipe) close(entry);
 }
 
 }  // namespace
 
 void checkSelectedDevice(PrinterObject& printer) {
     DeviceEntry* entry = openEntry(printer.deviceIndex);
-    if (entry == nullptr || !isGone(printer.control, *entry)) return;
-    closeObjectPipe(printer.control, printer.writer.pipe, entry->writePipe, writePipeAbandoned);
-    closeObjectPipe(printer.control, printer.reader.pipe, entry->readPipe, readPipeAbandoned);
+    if (entry == nullptr || !isGone(*entry)) return;
+    dropPipe(printer.connection.writer.pipe, *entry, &DeviceEntry::writePipe, closeWritePipe);
+    dropPipe(printer.connection.reader.pipe, *entry, &DeviceEntry::readPipe, closeReadPipe);
     printer.deviceIndex = noDeviceIndex;
 }
 
 void sweepDevices(const PrinterObject& printer) {
     for (uint32_t index = 0; index < printer.scanLimit; ++index) {
         DeviceEntry* entry = openEntry(index);
-        if (entry != nullptr && isGone(printer.control, *entry)) closeEntryDevice(printer.control, *entry);
+        if (entry != nullptr && isGone(*entry)) closeDevice(*entry);
     }
 }
 

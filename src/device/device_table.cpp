@@ -19,6 +19,11 @@ void dropEntryMutex(DeviceEntry& entry) {
     replaceEntryMutex(entry, nullptr);
 }
 
+void closePipe(const DeviceEntry& entry, platform::PipeHandle& pipe, bool abandoned) {
+    if (pipe != platform::noPipe && !abandoned) entry.control->closePipe(pipe);
+    pipe = platform::noPipe;
+}
+
 void releasePageMutex(PrinterObject& printer) {
     platform::NamedMutex* mutex = nullptr;
     {
@@ -36,12 +41,18 @@ DeviceEntry* openEntry(uint32_t index) {
     return &deviceTable[index];
 }
 
+const Model& modelOf(const PrinterObject& printer) {
+    const DeviceEntry* entry = openEntry(printer.deviceIndex);
+    const Model* model = entry != nullptr ? entry->model.load() : nullptr;
+    return model != nullptr ? *model : models.front();  // a device that others opened is not looked at
+}
+
 void resetDeviceTable(uint8_t idByte) {
     for (DeviceEntry& entry : deviceTable) {
         entry.handle = noDevice;
         entry.isNew = false;
         replaceEntryMutex(entry, nullptr);
-        entry.vendorProduct = 0;
+        entry.model = nullptr;
         entry.printerId = filledPrinterId(idByte);
         entry.printerLabel = {};
         entry.writePipe = platform::noPipe;
@@ -67,17 +78,19 @@ void replaceEntryMutex(DeviceEntry& entry, platform::NamedMutex* mutex) {
     platform::closeNamedMutex(mutex);
 }
 
-void closeEntryPipe(const UsbControlLibrary& control, platform::PipeHandle& pipe, bool abandoned) {
-    if (pipe == platform::noPipe) return;
-    if (!abandoned && control.loaded) control.closePipe(pipe);
-    pipe = platform::noPipe;
+void closeWritePipe(DeviceEntry& entry) {
+    closePipe(entry, entry.writePipe, writePipeAbandoned);
 }
 
-void closeEntryDevice(const UsbControlLibrary& control, DeviceEntry& entry) {
-    if (control.loaded) control.close(entry.handle);
+void closeReadPipe(DeviceEntry& entry) {
+    closePipe(entry, entry.readPipe, readPipeAbandoned);
+}
+
+void closeDevice(DeviceEntry& entry) {
+    entry.control->close(entry.handle);
     entry.handle = noDevice;
     entry.isNew = false;
-    entry.vendorProduct = 0;
+    entry.model = nullptr;
     clearIdentity(entry);
     dropEntryMutex(entry);
 }
@@ -93,13 +106,13 @@ void releaseAllDeviceMutexes(PrinterObject& printer) {
 
 void closeAllDevices(PrinterObject& printer) {
     for (DeviceEntry& entry : deviceTable) {
-        if (entry.handle != noDevice) closeEntryDevice(printer.control, entry);
-        closeEntryPipe(printer.control, entry.writePipe, writePipeAbandoned);
-        closeEntryPipe(printer.control, entry.readPipe, readPipeAbandoned);
+        if (entry.handle != noDevice) closeDevice(entry);
+        closeWritePipe(entry);
+        closeReadPipe(entry);
     }
     // The object's copies of the handles must not outlive the pipes: their numbers may be given out anew.
-    printer.writer.pipe = platform::noPipe;
-    printer.reader.pipe = platform::noPipe;
+    printer.connection.writer.pipe = platform::noPipe;
+    printer.connection.reader.pipe = platform::noPipe;
     deviceTableReady = false;
     ++deviceTableGeneration;
     printer.opened = false;

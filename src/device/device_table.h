@@ -1,6 +1,7 @@
 /// The devices that the process has open, one entry for each handle of the control library.
 #pragma once
 
+#include "device/model.h"
 #include "device/printer_object.h"
 #include "platform/lock.h"
 
@@ -11,8 +12,9 @@ namespace device {
 /// the table takes no room in the library's file.
 struct DeviceEntry {
     std::atomic<DeviceHandle> handle{0};
-    platform::NamedMutex* mutex = nullptr;  // guarded by deviceTableLock for writing and for others' reading
-    std::atomic<uint32_t> vendorProduct{0};
+    platform::NamedMutex* mutex = nullptr;     // guarded by deviceTableLock for writing and for others' reading
+    std::atomic<const Model*> model{nullptr};  // once it is known to be a printer
+    const ControlLibrary* control = nullptr;   // the one that opened it
     PrinterId printerId{};
     PrinterLabel printerLabel{};
     bool isNew = false;  // opened, but a search has not yet found out whether it is a printer
@@ -36,6 +38,9 @@ inline constinit uint32_t deviceTableGeneration = 0;
 /// The entry of an index, or null if there is none or no device is open in it.
 DeviceEntry* openEntry(uint32_t index);
 
+/// The model of the printer that the object has selected. The caller has reserved the printer.
+const Model& modelOf(const PrinterObject& printer);
+
 /// Empties the table and gives every entry an identifier of this byte. The devices are not closed.
 void resetDeviceTable(uint8_t idByte);
 
@@ -49,11 +54,12 @@ platform::NamedMutex* shareEntryMutex(DeviceEntry& entry);
 /// Gives the entry another mutex (or null) and closes the former one.
 void replaceEntryMutex(DeviceEntry& entry, platform::NamedMutex* mutex);
 
-/// Closes one of an entry's pipes, unless workers of that direction were ended by force.
-void closeEntryPipe(const UsbControlLibrary& control, platform::PipeHandle& pipe, bool abandoned);
+/// Each closes one of an entry's pipes, unless workers of that direction were ended by force.
+void closeWritePipe(DeviceEntry& entry);
+void closeReadPipe(DeviceEntry& entry);
 
 /// Closes the device of an entry and empties the entry, but for its pipes.
-void closeEntryDevice(const UsbControlLibrary& control, DeviceEntry& entry);
+void closeDevice(DeviceEntry& entry);
 
 /// The two halves of an object's teardown: first all printers are given free, then all devices closed.
 void releaseAllDeviceMutexes(PrinterObject& printer);

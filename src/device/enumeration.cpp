@@ -15,34 +15,27 @@ constexpr size_t nameCapacity = 1024;
 constexpr size_t prefixLength = 4;  // left out of the mutex name
 constexpr size_t vendorOffset = 12;
 constexpr size_t productOffset = 21;
-constexpr std::string_view vendorDigits = "5a2c";
-constexpr std::string_view productDigits = "0012";
-
-/// The printers that the library supports, and the numbers of their pipes.
-struct PipeIds {
-    uint32_t vendorProduct;
-    uint8_t readPipe;
-    uint8_t writePipe;
-};
-constexpr uint32_t supportedPrinter = 0x5A2C0012;
-constexpr PipeIds pipeIdMap[] = {{supportedPrinter, 1, 0}};
 
 struct DeviceName {
     char text[nameCapacity] = {};
     std::string_view view() const { return text; }
 };
 
-bool readName(const UsbControlLibrary& control, DeviceHandle handle, DeviceName& name) {
-    const bool read = control.getDeviceName(handle, name.text) == 1;
+bool readName(const DeviceEntry& entry, DeviceName& name) {
+    const bool read = entry.control->getDeviceName(entry.handle, name.text) == 1;
     name.text[nameCapacity - 1] = '\0';
     return read;
 }
 
-bool isPrinter(const DeviceName& name) {
-    const std::string_view path = name.view();
-    return path.size() >= productOffset + productDigits.size() &&
-           path.substr(vendorOffset, vendorDigits.size()) == vendorDigits &&
-           path.substr(productOffset, productDigits.size()) == productDigits;
+/// The model of the device that has this name, or null when it is no printer.
+const Model* findModel(const DeviceName& name) {
+    const auto isAt = [&](size_t offset, std::string_view digits) {
+        return name.view().size() >= offset && name.view().substr(offset).starts_with(digits);
+    };
+    for (const Model& model : models) {
+        if (isAt(vendorOffset, model.vendorDigits) && isAt(productOffset, model.productDigits)) return &model;
+    }
+    return nullptr;
 }
 
 platform::NamedMutex* openMutexOf(const DeviceName& name) {
@@ -50,25 +43,19 @@ platform::NamedMutex* openMutexOf(const DeviceName& name) {
     return platform::openNamedMutex(name.text + start);
 }
 
-bool openPipes(const UsbControlLibrary& control, DeviceEntry& entry) {
-    for (const PipeIds& ids : pipeIdMap) {
-        if (ids.vendorProduct != entry.vendorProduct) continue;
-        // A device that was swept away left its pipes in the entry.
-        closeEntryPipe(control, entry.readPipe, readPipeAbandoned);
-        closeEntryPipe(control, entry.writePipe, writePipeAbandoned);
-        entry.readPipe = control.getPipeHandle(entry.handle, 0, ids.readPipe, 0);
-        entry.writePipe = control.getPipeHandle(entry.handle, 0, ids.writePipe, 0);
-        return entry.readPipe != platform::noPipe && entry.writePipe != platform::noPipe;
-    }
-    return false;
+bool openPipes(DeviceEntry& entry, const Model& model) {
+    // A device that was swept away left its pipes in the entry.
+    closeReadPipe(entry);
+    closeWritePipe(entry);
+    entry.readPipe = entry.control->getPipeHandle(entry.handle, 0, model.readPipe, 0);
+    entry.writePipe = entry.control->getPipeHandle(entry.handle, 0, model.writePipe, 0);
+    return entry.readPipe != platform::noPipe && entry.writePipe != platform::noPipe;
 }
 
 /// A device that is open already is not looked at again; its mutex is opened anew.
-bool refreshOpenDevice(const UsbControlLibrary& control, DeviceHandle handle) {
-    DeviceEntry& entry = deviceTable[handle];
-    entry.handle = handle;
+bool refreshOpenDevice(DeviceEntry& entry) {
     DeviceName name;
-    if (!readName(control, handle, name)) return false;
+    if (!readName(entry, name)) return false;
     replaceEntryMutex(entry, openMutexOf(name));
     return true;
 }
@@ -89,50 +76,37 @@ bool waitAWhile(platform::NamedMutex* mutex, bool& obtained) {
 }
 
 /// Opens the pipes of a device that has just been opened, if it is a printer.
-bool openIfPrinter(const UsbControlLibrary& control, DeviceEntry& entry, const DeviceName& name) {
-    if (!isPrinter(name)) return false;
-    entry.vendorProduct = supportedPrinter;
-    return openPipes(control, entry);
-}
-
-void discardDevice(const UsbControlLibrary& control, DeviceEntry& entry) {
-    replaceEntryMutex(entry, nullptr);
-    const DeviceHandle handle = entry.handle.exchange(noDevice);
-    control.close(handle);
-    entry.vendorProduct = 0;
+bool openIfPrinter(DeviceEntry& entry, const DeviceName& name) {
+    const Model* model = findModel(name);
+    entry.model = model;
+    return model != nullptr && openPipes(entry, *model);
 }
 
 /// Finds out about a new device, and holds its mutex while it does. During the wait another search may be
 /// faster, and the device may be closed.
 /// @return whether it is an open printer now.
-bool setUpNewDevice(const UsbControlLibrary& control, DeviceEntry& entry, const DeviceName& name) {
+bool setUpNewDevice(DeviceEntry& entry) {
+    DeviceName name;
+    readName(entry, name);
+    if (!entry.isNew) replaceEntryMutex(entry, openMutexOf(name));
+    entry.isNew = true;
     const uint32_t generation = deviceTableGeneration;
     platform::NamedMutex* mutex = shareEntryMutex(entry);
     bool obtained = false;
     while (entry.isNew && generation == deviceTableGeneration && !waitAWhile(mutex, obtained)) continue;
     const bool stillThere = generation == deviceTableGeneration && entry.handle != noDevice;
     const bool isOurs = stillThere && entry.isNew;
-    const bool found = isOurs ? openIfPrinter(control, entry, name) : stillThere;
+    const bool found = isOurs ? openIfPrinter(entry, name) : stillThere;
     if (isOurs) entry.isNew = false;
     if (obtained) platform::releaseNamedMutex(mutex);
     platform::closeNamedMutex(mutex);
-    if (isOurs && !found) discardDevice(control, entry);
+    if (isOurs && !found) closeDevice(entry);
     return found;
-}
-
-/// Enters a device that has just been opened, or that another search has opened and is waiting for.
-DeviceEntry& enterNewDevice(const UsbControlLibrary& control, DeviceHandle handle, DeviceName& name) {
-    DeviceEntry& entry = deviceTable[handle];
-    entry.handle = handle;
-    readName(control, handle, name);
-    if (!entry.isNew) replaceEntryMutex(entry, openMutexOf(name));
-    entry.isNew = true;
-    return entry;
 }
 
 /// @return the printer's handle, or `noDevice` when there is no printer of that number.
 DeviceHandle probe(PrinterObject& printer, uint32_t deviceNumber, uint16_t& openedCount) {
-    const UsbControlLibrary& control = printer.control;
+    const ControlLibrary& control = *printer.control;
     DeviceHandle handle = control.checkDeviceName(deviceNumber);
     const bool wasOpen = handle != noDevice;
     if (!wasOpen) handle = control.open(deviceNumber);
@@ -142,15 +116,18 @@ DeviceHandle probe(PrinterObject& printer, uint32_t deviceNumber, uint16_t& open
         control.close(handle);
         return noDevice;
     }
-    if (wasOpen && !deviceTable[handle].isNew) return refreshOpenDevice(control, handle) ? handle : noDevice;
-    DeviceName name;
-    return setUpNewDevice(control, enterNewDevice(control, handle, name), name) ? handle : noDevice;
+    DeviceEntry& entry = deviceTable[handle];
+    entry.handle = handle;
+    entry.control = printer.control;
+    // One that is new and open is being waited for by another search.
+    const bool found = wasOpen && !entry.isNew ? refreshOpenDevice(entry) : setUpNewDevice(entry);
+    return found ? handle : noDevice;
 }
 
 }  // namespace
 
 uint32_t enumeratePrinters(PrinterObject& printer, uint8_t* list) {
-    if (!printer.control.loaded) return 0;
+    if (printer.control == nullptr) return 0;
     const uint32_t generation = deviceTableGeneration;
     uint32_t found = 0;
     uint16_t openedCount = 0;
@@ -165,8 +142,8 @@ uint32_t enumeratePrinters(PrinterObject& printer, uint8_t* list) {
 void forgetStalePipes(PrinterObject& printer) {
     const DeviceEntry* entry = openEntry(printer.deviceIndex);
     if (entry == nullptr) return;
-    if (printer.writer.pipe != entry->writePipe) printer.writer.pipe = platform::noPipe;
-    if (printer.reader.pipe != entry->readPipe) printer.reader.pipe = platform::noPipe;
+    if (printer.connection.writer.pipe != entry->writePipe) printer.connection.writer.pipe = platform::noPipe;
+    if (printer.connection.reader.pipe != entry->readPipe) printer.connection.reader.pipe = platform::noPipe;
 }
 
 }  // namespace device

@@ -59,10 +59,9 @@ struct UpdateSession {
 /// otherwise.
 struct PrinterObject {
     bool opened = false;
-    UsbControlLibrary control;
+    const ControlLibrary* control = nullptr;  // a use of it, from the first opening on
     WorkingBuffers buffers;
-    PipeWriter writer;
-    PipeReader reader;
+    Connection connection;
     std::atomic<uint8_t> deviceIndex{noDeviceIndex};
     PrinterId selectedPrinterId = filledPrinterId(0xFF);
     PrinterLabel selectedPrinterLabel{};

@@ -11,17 +11,17 @@ namespace {
 using platform::MutexWait;
 using platform::NamedMutex;
 
-uint16_t codeOfWait(MutexWait wait) {
+Result resultOfWait(MutexWait wait) {
     switch (wait) {
         case MutexWait::obtained:
-            return ZPRUSB_SUCCESS;
+            return done;
         case MutexWait::timedOut:
         case MutexWait::abandoned:
-            return ZPRUSB_PRINTER_BUSY;
+            return failure(ZPRUSB_PRINTER_BUSY);
         case MutexWait::failed:
             break;
     }
-    return ZPRUSB_UNEXPECTED;
+    return failure(ZPRUSB_UNEXPECTED);
 }
 
 NamedMutex* shareSelectedMutex(const std::atomic<uint8_t>& deviceIndex) {
@@ -88,26 +88,23 @@ void Reservation::keepForPage(PrinterObject& printer) {
     platform::closeNamedMutex(former);
 }
 
-Reservation acquireDevice(const std::atomic<uint8_t>& deviceIndex, uint16_t* resultCode) {
+Reservation reserve(const std::atomic<uint8_t>& deviceIndex) {
     for (;;) {
-        if (openEntry(deviceIndex) == nullptr) {
-            setResult(resultCode, ZPRUSB_NO_PRINTER);
-            return Reservation();
-        }
+        if (openEntry(deviceIndex) == nullptr) return {nullptr, failure(ZPRUSB_NO_PRINTER)};
         NamedMutex* mutex = shareSelectedMutex(deviceIndex);
         const MutexWait wait = waitForPrinter(mutex);
-        setResult(resultCode, codeOfWait(wait));
-        if (wait == MutexWait::obtained && isSelected(deviceIndex, mutex)) return Reservation(mutex);
+        const Result result = resultOfWait(wait);
+        if (result && isSelected(deviceIndex, mutex)) return {mutex, result};
         // An abandoned mutex now belongs to this thread: given back at once, it is in order for the next
         // attempt.
-        if (wait == MutexWait::obtained || wait == MutexWait::abandoned) platform::releaseNamedMutex(mutex);
+        if (result || wait == MutexWait::abandoned) platform::releaseNamedMutex(mutex);
         platform::closeNamedMutex(mutex);
-        if (wait != MutexWait::obtained) return Reservation();
+        if (!result) return {nullptr, result};
     }
 }
 
-Reservation acquireDevice(const PrinterObject& printer, uint16_t* resultCode) {
-    return acquireDevice(printer.deviceIndex, resultCode);
+Reservation reserve(const PrinterObject& printer) {
+    return reserve(printer.deviceIndex);
 }
 
 void releasePage(PrinterObject& printer) {

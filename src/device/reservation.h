@@ -12,18 +12,20 @@ constexpr uint32_t reservationLimitMilliseconds = 500;
 /// selected in between.
 class Reservation {
 public:
-    Reservation() = default;
-    explicit Reservation(platform::NamedMutex* mutex) : mutex_(mutex) {}
+    /// @param mutex a use of it, obtained; null when `result` is a failure.
+    Reservation(platform::NamedMutex* mutex, Result result) : mutex_(mutex), result_(result) {}
     ~Reservation();
     Reservation(const Reservation&) = delete;
     Reservation& operator=(const Reservation&) = delete;
-    explicit operator bool() const { return mutex_ != nullptr; }
+    explicit operator bool() const { return static_cast<bool>(result_); }
+    Result result() const { return result_; }
 
     /// Leaves the printer reserved until the page ends.
     void keepForPage(PrinterObject& printer);
 
 private:
-    platform::NamedMutex* mutex_ = nullptr;
+    platform::NamedMutex* mutex_;
+    const Result result_;
 };
 
 /// The first step of every operation that talks to the printer: waits at most 500 ms for it. A thread that
@@ -31,10 +33,10 @@ private:
 /// that is selected after the wait.
 /// @return an empty reservation on failure, with 2000 (no printer selected, or it is gone), 1500 (busy, or its
 ///         last owner ended without releasing it) or 2504; otherwise the code is 0.
-Reservation acquireDevice(const PrinterObject& printer, uint16_t* resultCode);
+Reservation reserve(const PrinterObject& printer);
 
 /// The same for a device of the table, whether or not an object has selected it.
-Reservation acquireDevice(const std::atomic<uint8_t>& deviceIndex, uint16_t* resultCode);
+Reservation reserve(const std::atomic<uint8_t>& deviceIndex);
 
 /// Ends a page: releases the selected printer once, or else, when the calling thread doesn't hold that, the one
 /// that the object's last page start kept, which may have been unplugged since. Does nothing when the calling

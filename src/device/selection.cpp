@@ -19,57 +19,39 @@ uint8_t findIndex(const PrinterObject& printer, Identity DeviceEntry::*field, co
 
 void usePrinter(PrinterObject& printer, uint8_t index) {
     printer.deviceIndex = index;
-    printer.writer.pipe = deviceTable[index].writePipe;
-    printer.reader.pipe = deviceTable[index].readPipe;
+    printer.connection.writer.pipe = deviceTable[index].writePipe;
+    printer.connection.reader.pipe = deviceTable[index].readPipe;
 }
 
-uint8_t selectByNumber(PrinterObject& printer, uint8_t number, uint16_t* resultCode) {
-    setResult(resultCode, ZPRUSB_NOT_SELECTABLE);
-    if (number == noDeviceIndex) {
-        if (openEntry(printer.deviceIndex) == nullptr) return noDeviceIndex;
-    } else {
-        if (openEntry(number) == nullptr) return noDeviceIndex;
-        printer.page.printOption20 = 1;
-        usePrinter(printer, number);
-    }
-    setResult(resultCode, ZPRUSB_SUCCESS);
-    return printer.deviceIndex;
+Result selectByNumber(PrinterObject& printer, uint8_t number) {
+    const bool asks = number == noDeviceIndex;
+    if (openEntry(asks ? printer.deviceIndex.load() : number) == nullptr) return failure(ZPRUSB_NOT_SELECTABLE);
+    if (asks) return done;
+    printer.page.printOption20 = 1;
+    usePrinter(printer, number);
+    return done;
 }
 
-char* selectByLabel(PrinterObject& printer, const char* label, uint16_t* resultCode) {
-    setResult(resultCode, ZPRUSB_NOT_SELECTABLE);
-    char* selected = printer.selectedPrinterLabel.data();
-    if (label == nullptr) {
-        const bool present = openEntry(printer.deviceIndex) != nullptr;
-        setResult(resultCode, present ? ZPRUSB_SUCCESS : ZPRUSB_NO_PRINTER);
-        return present ? selected : nullptr;
-    }
+Result selectByLabel(PrinterObject& printer, const char* label) {
+    if (label == nullptr) return openEntry(printer.deviceIndex) != nullptr ? done : failure(ZPRUSB_NO_PRINTER);
     PrinterLabel wanted;
     std::copy_n(label, wanted.size(), wanted.begin());
     const uint8_t index = findIndex(printer, &DeviceEntry::printerLabel, wanted);
-    if (openEntry(index) == nullptr) return selected;
+    if (openEntry(index) == nullptr) return failure(ZPRUSB_NOT_SELECTABLE);
     usePrinter(printer, index);
     printer.selectedPrinterLabel = wanted;
-    setResult(resultCode, ZPRUSB_SUCCESS);
-    return selected;
+    return done;
 }
 
-uint8_t* selectById(PrinterObject& printer, const PrinterId& id, uint16_t* resultCode) {
-    setResult(resultCode, ZPRUSB_NOT_SELECTABLE);
-    uint8_t* selected = printer.selectedPrinterId.data();
-    if (id == filledPrinterId(0xFF)) {
-        const uint8_t asked = printer.deviceIndex;
-        if (asked >= deviceCount) return selected;
-        printer.selectedPrinterId = deviceTable[asked].printerId;
-        if (openEntry(asked) != nullptr) setResult(resultCode, ZPRUSB_SUCCESS);
-        return selected;
-    }
-    const uint8_t index = findIndex(printer, &DeviceEntry::printerId, id);
-    if (openEntry(index) == nullptr) return selected;
+Result selectById(PrinterObject& printer, const PrinterId& id) {
+    const bool asks = id == filledPrinterId(0xFF);
+    const uint8_t index = asks ? printer.deviceIndex.load() : findIndex(printer, &DeviceEntry::printerId, id);
+    if (asks && index < deviceCount) printer.selectedPrinterId = deviceTable[index].printerId;
+    if (openEntry(index) == nullptr) return failure(ZPRUSB_NOT_SELECTABLE);
+    if (asks) return done;
     usePrinter(printer, index);
     printer.selectedPrinterId = id;
-    setResult(resultCode, ZPRUSB_SUCCESS);
-    return selected;
+    return done;
 }
 
 }  // namespace device

@@ -54,30 +54,29 @@ void runOnWorker(void (*worker)(void*), Transfer*& transfer, std::atomic<bool>& 
     if (!ended) transfer = nullptr;
 }
 
-bool finish(bool success, uint16_t* resultCode) {
-    setResult(resultCode, success ? ZPRUSB_SUCCESS : ZPRUSB_COMMUNICATION);
-    return success;
+Result doneIf(bool success) {
+    return success ? done : failure(ZPRUSB_COMMUNICATION);
 }
 
 }  // namespace
 
-bool workerWrite(PipeWriter& writer, const uint8_t* request, uint32_t length, uint16_t* resultCode) {
-    if (length > requestCapacity) return fail(ZPRUSB_BAD_ARGUMENT, resultCode);
+Result workerWrite(PipeWriter& writer, const uint8_t* request, uint32_t length) {
+    if (length > requestCapacity) return failure(ZPRUSB_BAD_ARGUMENT);
     HoldingApiLock lock(apiLock);
     auto* transfer = platform::create<Transfer>(writer.pipe.load(), length);
-    if (transfer == nullptr) return finish(false, resultCode);
+    if (transfer == nullptr) return doneIf(false);
     std::memcpy(transfer->buffer, request, length);
     runOnWorker(writeWorker, transfer, writePipeAbandoned);
     const bool success = transfer != nullptr && transfer->success;
     platform::destroy(transfer);
-    return finish(success, resultCode);
+    return doneIf(success);
 }
 
-bool workerRead(PipeReader& reader, uint8_t* destination, uint32_t& count, uint16_t* resultCode) {
+Result workerRead(PipeReader& reader, uint8_t* destination, uint32_t& count) {
     HoldingApiLock lock(apiLock);
     count = 0;
     auto* transfer = platform::create<Transfer>(reader.pipe.load());
-    if (transfer == nullptr) return finish(false, resultCode);
+    if (transfer == nullptr) return doneIf(false);
     runOnWorker(readWorker, transfer, readPipeAbandoned);
     const bool success = transfer != nullptr && transfer->success;
     if (success) {
@@ -85,39 +84,37 @@ bool workerRead(PipeReader& reader, uint8_t* destination, uint32_t& count, uint1
         std::memcpy(destination, transfer->buffer, count);
     }
     platform::destroy(transfer);
-    return finish(success, resultCode);
+    return doneIf(success);
 }
 
-bool directWrite(PipeWriter& writer, const uint8_t* bytes, uint32_t length, uint16_t* resultCode) {
+Result directWrite(PipeWriter& writer, const uint8_t* bytes, uint32_t length) {
     platform::BrokenPipeGuard guard;
     uint32_t written = 0;
-    return finish(platform::writePipe(writer.pipe, bytes, length, written), resultCode);
+    return doneIf(platform::writePipe(writer.pipe, bytes, length, written));
 }
 
-bool directWriteInChunks(PipeWriter& writer, const uint8_t* bytes, uint32_t length, uint16_t* resultCode,
-                         uint32_t* sent) {
-    if (length == 0) return false;
+Result directWriteInChunks(PipeWriter& writer, const uint8_t* bytes, uint32_t length, uint32_t* sent) {
+    if (length == 0) return {};
     platform::BrokenPipeGuard guard;
     uint32_t written = 0;
     const bool success = platform::writePipe(writer.pipe, bytes, length, written, chunkSize);
     if (sent != nullptr) *sent = written;
-    return finish(success, resultCode);
+    return doneIf(success);
 }
 
-bool directRead(PipeReader& reader, uint8_t* destination, uint32_t& count, uint16_t* resultCode) {
-    return finish(platform::readPipe(reader.pipe, destination, directReadCapacity, count), resultCode);
+Result directRead(PipeReader& reader, uint8_t* destination, uint32_t& count) {
+    return doneIf(platform::readPipe(reader.pipe, destination, directReadCapacity, count));
 }
 
-bool lengthPrefixedRead(PipeReader& reader, uint8_t* destination, uint32_t& count, uint16_t* resultCode) {
+Result lengthPrefixedRead(PipeReader& reader, uint8_t* destination, uint32_t& count) {
     uint8_t piece[directReadCapacity];
     uint32_t received = 0;
     if (!platform::readPipe(reader.pipe, piece, directReadCapacity, received) || received == 0) {
-        return finish(false, resultCode);
+        return doneIf(false);
     }
     count = received - 1;
     std::memcpy(destination, piece + 1, count);
-    finish(piece[0] == count, resultCode);
-    return true;
+    return {true, doneIf(piece[0] == count).code};
 }
 
 }  // namespace device

@@ -27,6 +27,12 @@ struct PipeReader {
     std::atomic<platform::PipeHandle> pipe{platform::noPipe};
 };
 
+/// Both pipes of one printer.
+struct Connection {
+    PipeWriter writer;
+    PipeReader reader;
+};
+
 /// Set once a worker had to be ended by force, and never cleared: from then on the pipes of that direction are
 /// not closed through the control library any more, which might wait for the interrupted call.
 inline constinit std::atomic<bool> writePipeAbandoned{false};
@@ -41,26 +47,25 @@ inline constinit std::atomic<bool> readPipeAbandoned{false};
 /// The worker transfers hold the ApiLock for their whole run, so there is one worker at a time.
 
 /// @param length at most `requestCapacity`; a longer request is refused with 1006.
-bool workerWrite(PipeWriter& writer, const uint8_t* request, uint32_t length, uint16_t* resultCode);
+Result workerWrite(PipeWriter& writer, const uint8_t* request, uint32_t length);
 
 /// @param destination room for `answerCapacity` bytes; written on success only.
 /// @param count receives the number of bytes, 0 on failure.
-bool workerRead(PipeReader& reader, uint8_t* destination, uint32_t& count, uint16_t* resultCode);
+Result workerRead(PipeReader& reader, uint8_t* destination, uint32_t& count);
 
-bool directWrite(PipeWriter& writer, const uint8_t* bytes, uint32_t length, uint16_t* resultCode);
+Result directWrite(PipeWriter& writer, const uint8_t* bytes, uint32_t length);
 
 /// Bulk data in writes of at most `chunkSize` bytes; stops at the first that fails. With a length of 0 it sends
 /// nothing, fails and writes no code.
 /// @param sent receives the number of bytes that went out, those of a write that failed among them.
-bool directWriteInChunks(PipeWriter& writer, const uint8_t* bytes, uint32_t length, uint16_t* resultCode,
-                         uint32_t* sent = nullptr);
+Result directWriteInChunks(PipeWriter& writer, const uint8_t* bytes, uint32_t length, uint32_t* sent = nullptr);
 
 /// @param destination room for `directReadCapacity` bytes.
-bool directRead(PipeReader& reader, uint8_t* destination, uint32_t& count, uint16_t* resultCode);
+Result directRead(PipeReader& reader, uint8_t* destination, uint32_t& count);
 
 /// One read of an answer whose first byte tells how many follow. A length byte that lies gives 2600, and the
 /// bytes are handed out all the same.
 /// @param destination room for `directReadCapacity` bytes; receives the bytes after the first.
-bool lengthPrefixedRead(PipeReader& reader, uint8_t* destination, uint32_t& count, uint16_t* resultCode);
+Result lengthPrefixedRead(PipeReader& reader, uint8_t* destination, uint32_t& count);
 
 }  // namespace device

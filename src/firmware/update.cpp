@@ -5,20 +5,22 @@
 #include "device/device_table.h"
 #include "platform/thread.h"
 #include "protocol/exchange.h"
+#include "protocol/requests.h"
 
 namespace firmware {
+
+using device::failure;
 
 namespace {
 
 constexpr uint8_t erasedByte = 0xFF;  // of flash memory that nothing was written to
 constexpr uint32_t fileBufferSize = 0x40000;
 constexpr uint32_t largestImage = 0x80000;
-constexpr uint32_t vendor = 0x5A2C;
 constexpr uint32_t preparationMilliseconds = 300;
 
 /// Whether the object may be used for updates.
-bool isOpenForUpdate(const PrinterObject& printer, uint16_t* resultCode) {
-    return printer.update.allowed || device::fail(ZPRUSB_NO_OBJECT, resultCode);
+Result checkOpenForUpdate(const PrinterObject& printer) {
+    return printer.update.allowed ? device::done : failure(ZPRUSB_NO_OBJECT);
 }
 
 void report(uint32_t* fact, uint32_t value) {
@@ -57,58 +59,53 @@ uint16_t readUpdateImage(SRecordJob& job) {
     return ZPRUSB_BAD_ADDRESS;
 }
 
-uint8_t* loadUpdateImage(PrinterObject& printer, const char* path, const ImageFacts& facts,
-                         uint16_t* resultCode) {
-    if (!isOpenForUpdate(printer, resultCode)) return nullptr;
+Result loadUpdateImage(PrinterObject& printer, const char* path, const ImageFacts& facts, uint8_t*& image) {
+    const Result open = checkOpenForUpdate(printer);
+    if (!open) return open;
     SRecordJob job;
-    uint16_t result = path != nullptr ? prepareUpdateImage(path, job) : uint16_t{ZPRUSB_BAD_ARGUMENT};
-    if (result == ZPRUSB_SUCCESS) result = readUpdateImage(job);
-    device::setResult(resultCode, result);
-    report(facts.length, job.image != nullptr ? job.imageLength : 0);
-    report(facts.byteSum, job.image != nullptr ? job.imageByteSum : 0);
-    if (job.image == nullptr) return nullptr;
+    uint16_t code = path != nullptr ? prepareUpdateImage(path, job) : uint16_t{ZPRUSB_BAD_ARGUMENT};
+    if (code == ZPRUSB_SUCCESS) code = readUpdateImage(job);
+    image = job.image;
+    report(facts.length, image != nullptr ? job.imageLength : 0);
+    report(facts.byteSum, image != nullptr ? job.imageByteSum : 0);
+    if (image == nullptr) return failure(code);
     report(facts.startAddress, job.lowestAddress);
     report(facts.endAddress, job.highestAddress);
-    return job.image;
+    return device::done;
 }
 
 void freeUpdateImage(uint8_t* image) {
     std::free(image);
 }
 
-bool checkUpdateTarget(PrinterObject& printer, uint16_t* resultCode) {
-    if (!isOpenForUpdate(printer, resultCode)) return false;
+Result checkUpdateTarget(PrinterObject& printer) {
+    const Result open = checkOpenForUpdate(printer);
+    if (!open) return open;
     const uint8_t index = printer.deviceIndex;
-    if (index >= device::deviceCount || device::deviceTable[index].vendorProduct >> 16 != vendor) {
-        return device::fail(ZPRUSB_NO_PRINTER, resultCode);
-    }
-    device::setResult(resultCode, ZPRUSB_SUCCESS);
-    return true;
+    const bool isPrinter = index < device::deviceCount && device::deviceTable[index].model != nullptr;
+    return isPrinter ? device::done : failure(ZPRUSB_NO_PRINTER);
 }
 
-bool startUpdate(PrinterObject& printer, uint8_t target, uint32_t start, uint32_t length,
-                 uint16_t* resultCode) {
-    if (!checkUpdateTarget(printer, resultCode)) return false;
-    const bool accepted = protocol::perform(printer, nullptr, protocol::sendUpdate, target, start, length);
+Result startUpdate(PrinterObject& printer, uint8_t target, uint32_t start, uint32_t length) {
+    const Result checked = checkUpdateTarget(printer);
+    if (!checked) return checked;
+    const Result accepted =
+        protocol::perform(printer.connection, protocol::request::update(target, start, length));
     if (accepted) platform::sleepMilliseconds(preparationMilliseconds);
     printer.update.bytesSent = 0;
-    device::setResult(resultCode, accepted ? ZPRUSB_SUCCESS : ZPRUSB_UPDATE_REFUSED);
-    return accepted;
+    return accepted ? device::done : failure(ZPRUSB_UPDATE_REFUSED);
 }
 
-bool writeUpdateData(PrinterObject& printer, const uint8_t* data, uint32_t length, uint32_t* sent,
-                     uint16_t* resultCode) {
-    if (!checkUpdateTarget(printer, resultCode)) return false;
-    if (sent == nullptr || (data == nullptr && length != 0)) {
-        return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
-    }
+Result writeUpdateData(PrinterObject& printer, const uint8_t* data, uint32_t length, uint32_t* sent) {
+    const Result checked = checkUpdateTarget(printer);
+    if (!checked) return checked;
+    if (sent == nullptr || (data == nullptr && length != 0)) return failure(ZPRUSB_BAD_ARGUMENT);
     const uint32_t start = printer.update.bytesSent;
-    if (length > UINT32_MAX - start) return device::fail(ZPRUSB_COMMUNICATION, resultCode);
-    device::setResult(resultCode, ZPRUSB_SUCCESS);
-    if (length == 0) return true;
-    const bool success = device::directWriteInChunks(printer.writer, data + start, length, resultCode, sent);
+    if (length > UINT32_MAX - start) return failure(ZPRUSB_COMMUNICATION);
+    if (length == 0) return device::done;
+    const Result result = device::directWriteInChunks(printer.connection.writer, data + start, length, sent);
     printer.update.bytesSent += *sent;
-    return success;
+    return result;
 }
 
 }  // namespace firmware

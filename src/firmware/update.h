@@ -9,6 +9,7 @@
 namespace firmware {
 
 using device::PrinterObject;
+using device::Result;
 
 /// Prepares the read of all that a file's records cover, as an update sends it. It scans the file first, so
 /// that no memory is taken for what the file only pretends to hold.
@@ -28,23 +29,23 @@ struct ImageFacts {
     uint32_t* endAddress;
 };
 
-/// @return the image, to be released with freeUpdateImage(); null on failure, with a length and a sum of 0.
-uint8_t* loadUpdateImage(PrinterObject& printer, const char* path, const ImageFacts& facts,
-                         uint16_t* resultCode);
+/// @param image receives the image, to be released with freeUpdateImage(); stays null on failure, with a length
+/// and
+///        a sum of 0.
+Result loadUpdateImage(PrinterObject& printer, const char* path, const ImageFacts& facts, uint8_t*& image);
 
 /// @param image may be null.
 void freeUpdateImage(uint8_t* image);
 
 /// Whether the selected printer is one that takes firmware; otherwise 2000.
-bool checkUpdateTarget(PrinterObject& printer, uint16_t* resultCode);
+Result checkUpdateTarget(PrinterObject& printer);
 
 /// Announces a transfer; the printer gets 300 ms to prepare for it. Whatever goes wrong is 3200.
-bool startUpdate(PrinterObject& printer, uint8_t target, uint32_t start, uint32_t length, uint16_t* resultCode);
+Result startUpdate(PrinterObject& printer, uint8_t target, uint32_t start, uint32_t length);
 
 /// Sends the bytes after those that were sent since the last start.
 /// @param data the start of the image in every call.
 /// @param sent 0; becomes the number of bytes sent. May not be null.
-bool writeUpdateData(PrinterObject& printer, const uint8_t* data, uint32_t length, uint32_t* sent,
-                     uint16_t* resultCode);
+Result writeUpdateData(PrinterObject& printer, const uint8_t* data, uint32_t length, uint32_t* sent);
 
 }  // namespace firmware

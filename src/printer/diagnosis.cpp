@@ -3,11 +3,15 @@
 #include <algorithm>
 
 #include "protocol/exchange.h"
+#include "protocol/requests.h"
 #include "protocol/service_sizes.h"
 
 namespace printer {
 
 namespace {
+
+using device::failure;
+namespace request = protocol::request;
 
 struct Range {
     uint8_t first;
@@ -38,37 +42,33 @@ bool isPossible(uint8_t kind, uint8_t first, uint8_t second) {
 
 }  // namespace
 
-bool selfDiagnosis(PrinterObject& printer, uint8_t kind, uint8_t first, uint8_t second, uint16_t* resultCode) {
-    if (!isPossible(kind, first, second)) return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
+Result selfDiagnosis(PrinterObject& printer, uint8_t kind, uint8_t first, uint8_t second) {
+    if (!isPossible(kind, first, second)) return failure(ZPRUSB_BAD_ARGUMENT);
     if (kind == kindWithoutParameters) first = second = 0;
-    return protocol::perform(printer, resultCode, protocol::sendSelfDiagnosis, kind, first, second);
+    return protocol::perform(printer.connection, request::selfDiagnosis(kind, first, second));
 }
 
-bool selfDiagnosisData(PrinterObject& printer, uint8_t kind, uint8_t first, uint8_t second, uint8_t* out,
-                       uint16_t* resultCode) {
-    if (out == nullptr) return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
+Result selfDiagnosisData(PrinterObject& printer, uint8_t kind, uint8_t first, uint8_t second, uint8_t* out) {
+    if (out == nullptr) return failure(ZPRUSB_BAD_ARGUMENT);
     protocol::Payload payload;
-    if (!protocol::query(printer, payload, resultCode, protocol::sendSelfDiagnosis, kind, first, second))
-        return false;
-    std::copy_n(payload.bytes.begin(), payload.count, out);
-    return true;
+    const Result result =
+        protocol::fetch(printer.connection, request::selfDiagnosis(kind, first, second), payload);
+    if (result) std::copy_n(payload.bytes.begin(), payload.count, out);
+    return result;
 }
 
-bool getSelfDiagnosisResults(PrinterObject& printer, uint8_t* out, uint32_t* length, uint16_t* resultCode) {
-    if (length == nullptr) return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
+Result getSelfDiagnosisResults(PrinterObject& printer, uint8_t* out, uint32_t* length) {
+    if (length == nullptr) return failure(ZPRUSB_BAD_ARGUMENT);
     if (out == nullptr) {
         *length = ZPRUSB_DIAGNOSIS_RESULTS_SIZE;
-        device::setResult(resultCode, ZPRUSB_SUCCESS);
-        return false;
+        return failure(ZPRUSB_SUCCESS);
     }
-    uint16_t code = ZPRUSB_SUCCESS;
     protocol::Payload results;  // zero after condition 2106
-    const bool received = protocol::query(printer, results, &code, protocol::sendGetSelfDiagnosisResults);
-    if (!received && code != ZPRUSB_CONDITION_2106) return device::fail(code, resultCode);
+    const Result result = protocol::fetch(printer.connection, request::getSelfDiagnosisResults(), results);
+    if (!result && result.code != ZPRUSB_CONDITION_2106) return result;
     *length = std::min(*length, uint32_t{ZPRUSB_DIAGNOSIS_RESULTS_SIZE});
     std::copy_n(results.bytes.begin(), *length, out);
-    device::setResult(resultCode, received ? ZPRUSB_SUCCESS : ZPRUSB_DIAGNOSIS_WITH_2106);
-    return received;
+    return result ? device::done : failure(ZPRUSB_DIAGNOSIS_WITH_2106);
 }
 
 }  // namespace printer

@@ -6,8 +6,10 @@
 #include "printer/maintenance_memory.h"
 #include "printer/media.h"
 #include "printer/status.h"
+#include "protocol/answer_codes.h"
 #include "protocol/exchange.h"
-#include "protocol/response_parser.h"
+#include "protocol/media_table.h"
+#include "protocol/requests.h"
 
 namespace printer {
 
@@ -15,10 +17,10 @@ namespace {
 
 using protocol::Answer;
 using protocol::Payload;
+namespace request = protocol::request;
 
 constexpr uint8_t firmwareComponents = 7;
 constexpr uint32_t firmwareEntryLength = ZPRUSB_FIRMWARE_ENTRY_SIZE;
-constexpr uint8_t deviceErrorStatus = 0x11;
 
 /// The record of tag 26: a piece of maintenance memory, then a piece of the maintenance data.
 constexpr uint8_t maintenanceAddress = 0x20;
@@ -29,16 +31,17 @@ constexpr uint32_t maintenanceDataLength = 10;
 /// Each of these assembles the record of one tag in a zeroed buffer; the first exchange that fails ends it.
 
 bool readMedia(PrinterObject& printer, uint8_t* record) {
-    const auto table = readMediaTable(printer, nullptr);
-    if (table) std::copy_n(table->bytes(), ZPRUSB_INFO_MEDIA_SIZE, record);
-    return table.has_value();
+    protocol::MediaTable table;
+    if (!readMediaTable(printer, table)) return false;
+    std::copy_n(table.bytes(), ZPRUSB_INFO_MEDIA_SIZE, record);
+    return true;
 }
 
 bool readFirmware(PrinterObject& printer, uint8_t* record) {
     *record++ = firmwareComponents;
     for (uint8_t component = 1; component <= firmwareComponents; ++component) {
         Payload payload;
-        if (!protocol::query(printer, payload, nullptr, protocol::sendGetFirmwareInfo, component)) return false;
+        if (!protocol::fetch(printer.connection, request::getFirmwareInfo(component), payload)) return false;
         record = std::copy_n(payload.bytes.begin(), firmwareEntryLength, record);
     }
     return true;
@@ -46,7 +49,7 @@ bool readFirmware(PrinterObject& printer, uint8_t* record) {
 
 bool copyMaintenanceMemory(PrinterObject& printer, uint8_t address, uint8_t count, uint8_t* bytes) {
     Payload payload;
-    if (!readMaintenanceMemory(printer, address, count, payload, nullptr)) return false;
+    if (!readMaintenanceMemory(printer, address, count, payload)) return false;
     std::copy_n(payload.bytes.begin(), count, bytes);
     return true;
 }
@@ -59,15 +62,10 @@ bool readCounters(PrinterObject& printer, uint8_t* record) {
     return true;
 }
 
-bool readStatusAnswer(PrinterObject& printer, Answer& answer) {
-    return protocol::sendGetStatus(printer.writer, nullptr) &&
-           protocol::receiveWholeAnswer(printer.reader, answer, nullptr);
-}
-
 bool readDeviceError(PrinterObject& printer, uint8_t* record) {
     Answer answer;
-    if (!readStatusAnswer(printer, answer)) return false;
-    if (answer.statusCode() != deviceErrorStatus) return true;
+    if (!protocol::fetchStatus(printer.connection, answer)) return false;
+    if (answer.statusCode() != protocol::deviceErrorNumber) return true;
     record[0] = answer.errorGroup();
     record[1] = answer.errorDetail();
     return true;
@@ -76,7 +74,7 @@ bool readDeviceError(PrinterObject& printer, uint8_t* record) {
 bool readStatusBytes(PrinterObject& printer, uint8_t* record) {
     namespace offset = protocol::statusPayload;
     Answer answer;
-    if (!readStatusAnswer(printer, answer)) return false;
+    if (!protocol::fetchStatus(printer.connection, answer)) return false;
     const uint8_t* payload = answer.payload();
     record = std::copy_n(payload + offset::jobNumber, 8, record);
     *record++ = payload[offset::firstFlag];
@@ -87,7 +85,7 @@ bool readStatusBytes(PrinterObject& printer, uint8_t* record) {
 
 bool readUniqueString(PrinterObject& printer, uint8_t* record) {
     Payload payload;
-    if (!protocol::query(printer, payload, nullptr, protocol::sendGetPrinterUniqueString)) return false;
+    if (!protocol::fetch(printer.connection, request::getPrinterUniqueString(), payload)) return false;
     std::copy_n(payload.bytes.begin(), ZPRUSB_INFO_UNIQUE_STRING_SIZE, record);
     return true;
 }
@@ -95,8 +93,7 @@ bool readUniqueString(PrinterObject& printer, uint8_t* record) {
 bool readMaintenance(PrinterObject& printer, uint8_t* record) {
     Payload payload;
     if (!copyMaintenanceMemory(printer, maintenanceAddress, maintenanceLength, record)) return false;
-    if (!protocol::query(printer, payload, nullptr, protocol::sendGetMaintenanceData, uint8_t{0}, uint8_t{0}))
-        return false;
+    if (!protocol::fetch(printer.connection, request::getMaintenanceData(0, 0), payload)) return false;
     std::copy_n(payload.bytes.begin() + maintenanceDataOffset, maintenanceDataLength,
                 record + maintenanceLength);
     return true;
@@ -104,7 +101,7 @@ bool readMaintenance(PrinterObject& printer, uint8_t* record) {
 
 bool readErrorLog(PrinterObject& printer, uint8_t* record) {
     Payload payload;
-    if (!protocol::query(printer, payload, nullptr, protocol::sendGetErrorLog)) return false;
+    if (!protocol::fetch(printer.connection, request::getErrorLog(), payload)) return false;
     std::copy_n(payload.bytes.begin(), ZPRUSB_INFO_ERROR_LOG_SIZE, record);
     return true;
 }
@@ -145,11 +142,9 @@ bool handOutRecord(PrinterObject& printer, const Recipe& recipe, uint8_t* buffer
 
 bool getPrinterInfo(PrinterObject& printer, uint16_t tag, uint8_t* buffer, uint32_t* length) {
     if (length == nullptr) return false;
-    const device::Reservation reservation = device::acquireDevice(printer, nullptr);
+    const device::Reservation reservation = device::reserve(printer);
     if (!reservation) return false;
-    uint16_t status = ZPRUSB_SUCCESS;
-    queryStatus(printer, &status);
-    if (protocol::isUnreachable(status)) return fail(length);
+    if (protocol::isUnreachable(queryStatus(printer).code)) return fail(length);
     const auto* recipe = std::find_if(std::begin(recipes), std::end(recipes),
                                       [&](const Recipe& candidate) { return candidate.tag == tag; });
     if (recipe == std::end(recipes)) return fail(length);

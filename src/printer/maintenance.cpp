@@ -9,58 +9,56 @@
 
 namespace printer {
 
+using device::failure;
 using protocol::Payload;
+using protocol::Request;
+namespace request = protocol::request;
 
-bool resetErrorLog(PrinterObject& printer, uint16_t* resultCode) {
-    return protocol::perform(printer, resultCode, protocol::sendResetErrorLog);
+Result resetErrorLog(PrinterObject& printer) {
+    return protocol::perform(printer.connection, request::resetErrorLog());
 }
 
-bool setEepromMaintenance(PrinterObject& printer, uint8_t address, const uint8_t* data, uint8_t count,
-                          uint16_t* resultCode) {
-    if (data == nullptr && count != 0) return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
-    return writeMaintenanceMemory(printer, address, data, count, resultCode);
+Result setEepromMaintenance(PrinterObject& printer, uint8_t address, const uint8_t* data, uint8_t count) {
+    if (data == nullptr && count != 0) return failure(ZPRUSB_BAD_ARGUMENT);
+    return writeMaintenanceMemory(printer, address, data, count);
 }
 
-bool getEepromMaintenance(PrinterObject& printer, uint8_t address, uint8_t* out, uint8_t count,
-                          uint16_t* resultCode) {
-    if (out == nullptr) return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
+Result getEepromMaintenance(PrinterObject& printer, uint8_t address, uint8_t* out, uint8_t count) {
+    if (out == nullptr) return failure(ZPRUSB_BAD_ARGUMENT);
     Payload payload;
-    if (!readMaintenanceMemory(printer, address, count, payload, resultCode)) return false;
-    std::copy_n(payload.bytes.begin(), ZPRUSB_MAINTENANCE_READ_SIZE, out);
-    return true;
+    const Result result = readMaintenanceMemory(printer, address, count, payload);
+    if (result) std::copy_n(payload.bytes.begin(), ZPRUSB_MAINTENANCE_READ_SIZE, out);
+    return result;
 }
 
-bool universalCommand(PrinterObject& printer, const uint8_t* data, uint8_t count, uint8_t* out,
-                      uint8_t* outCount, uint16_t* resultCode) {
-    if (out == nullptr || outCount == nullptr) return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
+Result universalCommand(PrinterObject& printer, const uint8_t* data, uint8_t count, uint8_t* out,
+                        uint8_t* outCount) {
+    if (out == nullptr || outCount == nullptr) return failure(ZPRUSB_BAD_ARGUMENT);
     Payload payload;
-    if (!protocol::sendUniversal(printer.writer, data, count, resultCode)) return false;
-    if (!protocol::receiveCountedPayload(printer.reader, payload, *outCount, resultCode)) return false;
-    std::copy_n(payload.bytes.begin(), payload.count, out);
-    return true;
+    const Request request = request::universal(data, count);
+    const Result result = protocol::fetchDirectly(printer.connection, request, payload, *outCount);
+    if (result) std::copy_n(payload.bytes.begin(), payload.count, out);
+    return result;
 }
 
-bool getModelName(PrinterObject& printer, uint16_t* resultCode) {
-    const device::Reservation reservation = device::acquireDevice(printer, resultCode);
-    if (!reservation) return false;
+Result getModelName(PrinterObject& printer) {
+    const device::Reservation reservation = device::reserve(printer);
+    if (!reservation) return reservation.result();
     protocol::Answer answer;
-    return protocol::sendGetModelName(printer.writer, resultCode) &&
-           device::workerRead(printer.reader, answer.bytes.data(), answer.count, resultCode);
+    return protocol::exchange(printer.connection, request::getModelName(), answer);
 }
 
-bool setMaintenanceParams(PrinterObject& printer, const uint16_t (&values)[protocol::maintenanceParamCount],
-                          uint16_t* resultCode) {
-    return protocol::perform(printer, resultCode, protocol::sendSetMaintenanceParams, values);
+Result setMaintenanceParams(PrinterObject& printer, const uint16_t (&values)[request::maintenanceParamCount]) {
+    return protocol::perform(printer.connection, request::setMaintenanceParams(values));
 }
 
-bool getMaintenanceData(PrinterObject& printer, uint8_t first, uint8_t second, uint8_t* out,
-                        uint16_t* resultCode) {
-    if (out == nullptr) return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
+Result getMaintenanceData(PrinterObject& printer, uint8_t first, uint8_t second, uint8_t* out) {
+    if (out == nullptr) return failure(ZPRUSB_BAD_ARGUMENT);
     Payload payload;
-    if (!protocol::query(printer, payload, resultCode, protocol::sendGetMaintenanceData, first, second))
-        return false;
-    std::copy_n(payload.bytes.begin(), ZPRUSB_MAINTENANCE_DATA_SIZE, out);
-    return true;
+    const Result result =
+        protocol::fetch(printer.connection, request::getMaintenanceData(first, second), payload);
+    if (result) std::copy_n(payload.bytes.begin(), ZPRUSB_MAINTENANCE_DATA_SIZE, out);
+    return result;
 }
 
 }  // namespace printer

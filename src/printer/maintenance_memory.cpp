@@ -2,28 +2,31 @@
 
 #include "device/reservation.h"
 #include "protocol/exchange.h"
+#include "protocol/requests.h"
 
 namespace printer {
 
-bool readMaintenanceMemory(PrinterObject& printer, uint8_t address, uint8_t count, protocol::Payload& payload,
-                           uint16_t* resultCode) {
-    return protocol::query(printer, payload, resultCode, protocol::sendGetEepromMaintenance, address, count);
+namespace request = protocol::request;
+
+Result readMaintenanceMemory(PrinterObject& printer, uint8_t address, uint8_t count,
+                             protocol::Payload& payload) {
+    return protocol::fetch(printer.connection, request::getEepromMaintenance(address, count), payload);
 }
 
-bool writeMaintenanceMemory(PrinterObject& printer, uint8_t address, const uint8_t* data, uint8_t count,
-                            uint16_t* resultCode) {
-    protocol::perform(printer, nullptr, protocol::sendMaintenancePermission, address, count);
-    return protocol::perform(printer, resultCode, protocol::sendSetEepromMaintenance, address, count, data);
+Result writeMaintenanceMemory(PrinterObject& printer, uint8_t address, const uint8_t* data, uint8_t count) {
+    // Refused or not, the printer itself sees to what is written without the permission.
+    (void)protocol::perform(printer.connection, request::maintenancePermission(address, count));
+    return protocol::perform(printer.connection, request::setEepromMaintenance(address, count, data));
 }
 
-bool resetCounter(PrinterObject& printer, uint8_t counterNumber, uint16_t* resultCode) {
-    const device::Reservation reservation = device::acquireDevice(printer, resultCode);
-    if (!reservation) return false;
+Result resetCounter(PrinterObject& printer, uint8_t counterNumber) {
+    const device::Reservation reservation = device::reserve(printer);
+    if (!reservation) return reservation.result();
     if (counterNumber < 1 || counterNumber >= std::size(counterAddresses)) {
-        return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
+        return device::failure(ZPRUSB_BAD_ARGUMENT);
     }
     constexpr uint8_t zero[counterLength] = {};
-    return writeMaintenanceMemory(printer, counterAddresses[counterNumber], zero, counterLength, resultCode);
+    return writeMaintenanceMemory(printer, counterAddresses[counterNumber], zero, counterLength);
 }
 
 }  // namespace printer

@@ -1,7 +1,10 @@
 #include "printer/media.h"
 
+#include <optional>
+
 #include "device/reservation.h"
 #include "protocol/exchange.h"
+#include "protocol/requests.h"
 
 namespace printer {
 
@@ -15,58 +18,54 @@ struct MediaSize {
     uint32_t length;
 };
 
-/// Lengths as in the media table.
-constexpr uint32_t shortestLength = 7112;
-constexpr uint32_t defaultLongestLength = 25120;
-
-bool isExactCode(uint8_t code) {
-    return 0xF0 <= code && code <= 0xFE;
-}
-bool hasDefaultLongestLength(uint8_t code) {
-    return 0xE0 <= code && code <= 0xEF;
+bool isWithin(uint8_t code, uint8_t first, uint8_t last) {
+    return first <= code && code <= last;
 }
 
-bool matches(const MediaEntry& entry, const MediaSize& wanted) {
-    if (entry.mediaCode != wanted.mediaCode || entry.width != wanted.width) return false;
-    if (isExactCode(wanted.mediaCode)) return entry.length == wanted.length;
-    uint32_t longestLength = entry.longestLength;
-    if (longestLength == 0 && hasDefaultLongestLength(wanted.mediaCode)) longestLength = defaultLongestLength;
-    return shortestLength <= wanted.length && wanted.length <= longestLength;
+bool matches(const device::MediaRules& rules, const MediaEntry& entry, const MediaSize& wanted) {
+    const uint8_t code = wanted.mediaCode;
+    if (entry.mediaCode != code || entry.width != wanted.width) return false;
+    if (isWithin(code, rules.firstExactCode, rules.lastExactCode)) return entry.length == wanted.length;
+    const bool isDefaulted = isWithin(code, rules.firstDefaultedCode, rules.lastDefaultedCode);
+    const uint32_t longest =
+        entry.longestLength == 0 && isDefaulted ? rules.defaultLongestLength : entry.longestLength;
+    return rules.shortestLength <= wanted.length && wanted.length <= longest;
 }
 
 /// The first entry that matches wins.
-std::optional<MediaEntry> findMedia(const protocol::MediaTable& table, const MediaSize& wanted) {
+std::optional<MediaEntry> findMedia(const device::MediaRules& rules, const protocol::MediaTable& table,
+                                    const MediaSize& wanted) {
     for (uint32_t index = 0; index < table.count(); ++index) {
         const MediaEntry entry = table.entry(index);
-        if (matches(entry, wanted)) return entry;
+        if (matches(rules, entry, wanted)) return entry;
     }
     return std::nullopt;
 }
 
 }  // namespace
 
-std::optional<protocol::MediaTable> readMediaTable(PrinterObject& printer, uint16_t* resultCode) {
+Result readMediaTable(PrinterObject& printer, protocol::MediaTable& table) {
     protocol::Payload payload;
-    if (!protocol::query(printer, payload, resultCode, protocol::sendGetMediaInfo)) return std::nullopt;
-    return protocol::MediaTable(payload);
+    const Result result = protocol::fetch(printer.connection, protocol::request::getMediaInfo(), payload);
+    if (result) table = protocol::MediaTable(payload);
+    return result;
 }
 
-bool checkMediaInfo(PrinterObject& printer, uint8_t mediaCode, uint32_t width, uint32_t length,
-                    uint16_t* resultCode) {
-    const device::Reservation reservation = device::acquireDevice(printer, resultCode);
-    if (!reservation) return false;
-    if (width == 0 || length == 0) return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
-    const auto table = readMediaTable(printer, resultCode);
-    if (!table) return false;
-    const auto media = findMedia(*table, {mediaCode, width, length});
-    if (!media) return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
+Result checkMediaInfo(PrinterObject& printer, uint8_t mediaCode, uint32_t width, uint32_t length) {
+    const device::Reservation reservation = device::reserve(printer);
+    if (!reservation) return reservation.result();
+    if (width == 0 || length == 0) return device::failure(ZPRUSB_BAD_ARGUMENT);
+    protocol::MediaTable table;
+    const Result read = readMediaTable(printer, table);
+    if (!read) return read;
+    const auto media = findMedia(device::modelOf(printer).media, table, {mediaCode, width, length});
+    if (!media) return device::failure(ZPRUSB_BAD_ARGUMENT);
     printer.page.mediaCode = mediaCode;
     printer.page.printWidth = width;
     printer.page.printLength = length;
     printer.page.sectionWidth = media->sectionWidth;
     printer.page.sectionLengths = media->sectionLengths;
-    device::setResult(resultCode, ZPRUSB_SUCCESS);
-    return true;
+    return device::done;
 }
 
 }  // namespace printer

@@ -1,20 +1,18 @@
 #pragma once
 
-#include <optional>
-
 #include "device/printer_object.h"
 #include "protocol/media_table.h"
 
 namespace printer {
 
 using device::PrinterObject;
+using device::Result;
 
 /// Asks the printer for its media sizes. The caller has reserved it.
-std::optional<protocol::MediaTable> readMediaTable(PrinterObject& printer, uint16_t* resultCode);
+Result readMediaTable(PrinterObject& printer, protocol::MediaTable& table);
 
 /// Makes a media size that the printer offers the size of the following pages; gives 1006, and keeps the former
 /// size, when it is not offered.
-bool checkMediaInfo(PrinterObject& printer, uint8_t mediaCode, uint32_t width, uint32_t length,
-                    uint16_t* resultCode);
+Result checkMediaInfo(PrinterObject& printer, uint8_t mediaCode, uint32_t width, uint32_t length);
 
 }  // namespace printer

@@ -3,31 +3,42 @@
 #include <cstring>
 
 #include "device/reservation.h"
-#include "printer/information.h"
 #include "printer/status.h"
+#include "protocol/answer_codes.h"
+#include "protocol/exchange.h"
 #include "protocol/requests.h"
-#include "protocol/response_parser.h"
-#include "protocol/responses.h"
 
 namespace printer {
 
 namespace {
 
+using device::done;
+using device::failure;
 using device::Reservation;
+using protocol::Answer;
+using protocol::Request;
+namespace statusPayload = protocol::statusPayload;
 
-constexpr uint16_t maxCopies = ZPRUSB_MAX_COPIES;
+constexpr uint8_t lastJobNumber = 255;
+
+/// The request that starts a page.
+using PageCommand = Request (*)(const device::PageParameters& page);
 
 bool isValidCopies(uint16_t copies) {
-    return 1 <= copies && copies <= maxCopies;
+    return 1 <= copies && copies <= ZPRUSB_MAX_COPIES;
 }
 
 /// The job number after the printer's last one; they run from 1 to 255.
-bool readNextJobNumber(PrinterObject& printer, uint8_t& jobNumber) {
-    uint8_t statusBytes[ZPRUSB_INFO_STATUS_BYTES_SIZE] = {};
-    uint32_t length = sizeof statusBytes;
-    if (!getPrinterInfo(printer, ZPRUSB_INFO_STATUS_BYTES, statusBytes, &length)) return false;
-    jobNumber = statusBytes[0] == 255 ? 1 : static_cast<uint8_t>(statusBytes[0] + 1);
-    return true;
+Result readNextJobNumber(PrinterObject& printer, uint8_t& jobNumber) {
+    const Reservation reservation = device::reserve(printer);
+    if (!reservation) return reservation.result();
+    const Result status = queryStatus(printer);
+    if (protocol::isUnreachable(status.code)) return status;
+    Answer answer;
+    const Result result = protocol::fetchStatus(printer.connection, answer);
+    const uint8_t last = answer.payload()[statusPayload::jobNumber];
+    jobNumber = last == lastJobNumber ? 1 : static_cast<uint8_t>(last + 1);
+    return result;
 }
 
 void resetPageBuffer(device::WorkingBuffers& buffers) {
@@ -37,74 +48,69 @@ void resetPageBuffer(device::WorkingBuffers& buffers) {
 
 /// The last look before the page command. A request that cannot be sent stops nothing here: the page command
 /// that follows shows whether the printer can be reached.
-bool isReadyForPage(PrinterObject& printer, uint16_t* resultCode) {
-    if (!protocol::sendGetStatus(printer.writer, resultCode)) return true;
-    protocol::Answer answer;
-    uint16_t code = ZPRUSB_SUCCESS;
-    if (!protocol::receiveWholeAnswer(printer.reader, answer, &code)) {
-        return device::fail(protocol::foldAnswerErrors(code), resultCode);
-    }
-    if (answer.payload()[protocol::statusPayload::firstFlag] != 0)
-        return device::fail(ZPRUSB_CONDITION_2100, resultCode);
-    return true;
+Result checkReadyForPage(PrinterObject& printer) {
+    if (!protocol::send(printer.connection, protocol::request::getStatus())) return done;
+    Answer answer;
+    const Result received = protocol::receiveStatus(printer.connection, answer);
+    if (!received) return protocol::foldAnswerErrors(received);
+    return answer.payload()[statusPayload::firstFlag] == 0 ? done : failure(ZPRUSB_CONDITION_2100);
 }
 
 /// The steps that all pages share, on a printer that has been reserved where it has to be.
-/// @param send writes the page command.
-template <class SendPageCommand>
-bool beginPage(PrinterObject& printer, uint16_t* pageId, uint16_t* resultCode, SendPageCommand send) {
-    if (!isValidCopies(printer.page.copies)) return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
-    if (!queryStatus(printer, resultCode)) return false;
+Result beginPage(PrinterObject& printer, uint16_t* pageId, PageCommand command) {
+    if (!isValidCopies(printer.page.copies)) return failure(ZPRUSB_BAD_ARGUMENT);
+    const Result status = queryStatus(printer);
+    if (!status) return status;
     uint8_t jobNumber = 0;
-    if (!readNextJobNumber(printer, jobNumber)) return device::fail(ZPRUSB_COMMUNICATION, resultCode);
+    if (!readNextJobNumber(printer, jobNumber)) return failure(ZPRUSB_COMMUNICATION);
     printer.page.pageId = static_cast<uint16_t>(printer.deviceIndex * 0x100 + jobNumber);
     if (pageId != nullptr) *pageId = printer.page.pageId;
     resetPageBuffer(printer.buffers);
-    return isReadyForPage(printer, resultCode) && send() && protocol::receiveAck(printer.reader, resultCode);
+    const Result ready = checkReadyForPage(printer);
+    return ready ? protocol::perform(printer.connection, command(printer.page)) : ready;
 }
 
 /// Reserves the printer, until the end of the page if it begins.
-template <class SendPageCommand>
-bool beginReservedPage(PrinterObject& printer, uint16_t* pageId, uint16_t* resultCode, SendPageCommand send) {
-    Reservation reservation = device::acquireDevice(printer, resultCode);
-    if (!reservation) return false;
-    const bool begun = beginPage(printer, pageId, resultCode, send);
+Result beginReservedPage(PrinterObject& printer, uint16_t* pageId, PageCommand command) {
+    Reservation reservation = device::reserve(printer);
+    if (!reservation) return reservation.result();
+    const Result begun = beginPage(printer, pageId, command);
     if (begun) reservation.keepForPage(printer);
+    return begun;
+}
+
+/// The printer is that of the whole print, which ends with a section that fails.
+Result beginSection(PrinterObject& printer, uint16_t* pageId) {
+    const Result begun = beginPage(printer, pageId, protocol::request::printLong);
+    if (!begun) device::releaseSection(printer);
     return begun;
 }
 
 }  // namespace
 
-bool setCopies(PrinterObject& printer, uint16_t copies, uint16_t* resultCode) {
-    if (!isValidCopies(copies)) return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
+Result setCopies(PrinterObject& printer, uint16_t copies) {
+    if (!isValidCopies(copies)) return failure(ZPRUSB_BAD_ARGUMENT);
     printer.page.copies = copies;
-    device::setResult(resultCode, ZPRUSB_SUCCESS);
-    return true;
+    return done;
 }
 
-bool startPage(PrinterObject& printer, uint16_t* pageId, uint16_t* resultCode) {
+Result startPage(PrinterObject& printer, uint16_t* pageId) {
     if (pageId != nullptr) *pageId = 0;
-    return beginReservedPage(printer, pageId, resultCode,
-                             [&] { return protocol::sendPrint(printer.writer, printer.page, resultCode); });
+    return beginReservedPage(printer, pageId, protocol::request::print);
 }
 
-bool startLongPage(PrinterObject& printer, uint16_t* pageId, uint8_t sectionIndex, uint16_t* resultCode) {
+Result startLongPage(PrinterObject& printer, uint16_t* pageId, uint8_t sectionIndex) {
     if (pageId != nullptr) *pageId = 0;
-    if (sectionIndex > ZPRUSB_MAX_SECTION) return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
-    const auto send = [&] {
-        return protocol::sendPrintLong(printer.writer, printer.page, sectionIndex, resultCode);
-    };
-    if (sectionIndex == 0) return beginReservedPage(printer, pageId, resultCode, send);
-    const bool begun = beginPage(printer, pageId, resultCode, send);
-    if (!begun) device::releaseSection(printer);  // the whole print that this section belongs to ends with it
-    return begun;
+    if (sectionIndex > ZPRUSB_MAX_SECTION) return failure(ZPRUSB_BAD_ARGUMENT);
+    printer.page.sectionIndex = sectionIndex;
+    return sectionIndex == 0 ? beginReservedPage(printer, pageId, protocol::request::printLong)
+                             : beginSection(printer, pageId);
 }
 
-bool endPage(PrinterObject& printer, uint16_t* resultCode) {
+Result endPage(PrinterObject& printer) {
     printer.page.copies = 1;
-    device::setResult(resultCode, ZPRUSB_SUCCESS);
     device::releasePage(printer);
-    return true;
+    return done;
 }
 
 }  // namespace printer

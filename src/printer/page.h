@@ -7,17 +7,18 @@
 namespace printer {
 
 using device::PrinterObject;
+using device::Result;
 
 /// Runs without the ApiLock.
-bool setCopies(PrinterObject& printer, uint16_t copies, uint16_t* resultCode);
+Result setCopies(PrinterObject& printer, uint16_t copies);
 
-bool startPage(PrinterObject& printer, uint16_t* pageId, uint16_t* resultCode);
+Result startPage(PrinterObject& printer, uint16_t* pageId);
 
 /// @param sectionIndex 0: the whole print; 1 to 5: a section, which does not reserve the printer. Above, it is
 ///        refused with 1006 and nothing is sent.
-bool startLongPage(PrinterObject& printer, uint16_t* pageId, uint8_t sectionIndex, uint16_t* resultCode);
+Result startLongPage(PrinterObject& printer, uint16_t* pageId, uint8_t sectionIndex);
 
 /// Runs without the ApiLock.
-bool endPage(PrinterObject& printer, uint16_t* resultCode);
+Result endPage(PrinterObject& printer);
 
 }  // namespace printer

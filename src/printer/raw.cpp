@@ -9,6 +9,8 @@ namespace printer {
 
 namespace {
 
+using device::failure;
+
 constexpr uint32_t collectionSize = ZPRUSB_MAINTENANCE_READ_SIZE;
 
 /// Appends to the collection what fits.
@@ -22,41 +24,34 @@ bool append(const uint8_t* bytes, uint32_t count, uint8_t* collection, uint32_t&
 
 }  // namespace
 
-bool writeRaw(PrinterObject& printer, const uint8_t* data, const uint32_t* length, uint16_t* resultCode) {
-    if (length == nullptr || (data == nullptr && *length != 0)) {
-        return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
-    }
-    return device::directWriteInChunks(printer.writer, data, *length, resultCode);
+Result writeRaw(PrinterObject& printer, const uint8_t* data, const uint32_t* length) {
+    if (length == nullptr || (data == nullptr && *length != 0)) return failure(ZPRUSB_BAD_ARGUMENT);
+    return device::directWriteInChunks(printer.connection.writer, data, *length);
 }
 
-bool transferRaw(PrinterObject& printer, const uint8_t* data, uint32_t length, uint8_t* out, uint32_t* outCount,
-                 uint16_t* resultCode) {
-    if (data == nullptr || out == nullptr || outCount == nullptr) {
-        return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
-    }
-    return device::directWrite(printer.writer, data, length, resultCode) &&
-           device::directRead(printer.reader, out, *outCount, resultCode);
+Result transferRaw(PrinterObject& printer, const uint8_t* data, uint32_t length, uint8_t* out,
+                   uint32_t* outCount) {
+    if (data == nullptr || out == nullptr || outCount == nullptr) return failure(ZPRUSB_BAD_ARGUMENT);
+    const Result sent = device::directWrite(printer.connection.writer, data, length);
+    return sent ? device::directRead(printer.connection.reader, out, *outCount) : sent;
 }
 
-bool readRaw(PrinterObject& printer, uint8_t* out, uint16_t* resultCode) {
-    if (out == nullptr) return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
-    const device::Reservation reservation = device::acquireDevice(printer, resultCode);
-    if (!reservation) return false;
+Result readRaw(PrinterObject& printer, uint8_t* out) {
+    if (out == nullptr) return failure(ZPRUSB_BAD_ARGUMENT);
+    const device::Reservation reservation = device::reserve(printer);
+    if (!reservation) return reservation.result();
     uint32_t collected = 0;
     bool whole = true;
     for (;;) {
         uint8_t piece[device::directReadCapacity];
         uint32_t count = 0;
-        uint16_t code = ZPRUSB_SUCCESS;
-        if (!device::lengthPrefixedRead(printer.reader, piece, count, &code)) {
-            return device::fail(ZPRUSB_COMMUNICATION, resultCode);
-        }
+        const Result read = device::lengthPrefixedRead(printer.connection.reader, piece, count);
+        if (!read) return read;
         const bool fits = append(piece, count, out, collected);
-        whole = whole && fits && code == ZPRUSB_SUCCESS;
+        whole = whole && fits && read.code == ZPRUSB_SUCCESS;
         if (count > 0 && piece[count - 1] == 0) break;
     }
-    device::setResult(resultCode, whole ? ZPRUSB_SUCCESS : ZPRUSB_COMMUNICATION);
-    return true;
+    return {true, whole ? uint16_t{ZPRUSB_SUCCESS} : uint16_t{ZPRUSB_COMMUNICATION}};
 }
 
 }  // namespace printer

@@ -6,22 +6,23 @@
 namespace printer {
 
 using device::PrinterObject;
+using device::Result;
 
 /// Bulk data: the image data of a page, and whatever service sends. With a length of 0, nothing is sent, the
 /// result is false and no code is written.
 /// @param length read, not changed.
-bool writeRaw(PrinterObject& printer, const uint8_t* data, const uint32_t* length, uint16_t* resultCode);
+Result writeRaw(PrinterObject& printer, const uint8_t* data, const uint32_t* length);
 
 /// One write, then one read.
 /// @param out receives at most `ZPRUSB_MAX_ANSWER_SIZE` bytes.
 /// @param outCount receives their number.
-bool transferRaw(PrinterObject& printer, const uint8_t* data, uint32_t length, uint8_t* out, uint32_t* outCount,
-                 uint16_t* resultCode);
+Result transferRaw(PrinterObject& printer, const uint8_t* data, uint32_t length, uint8_t* out,
+                   uint32_t* outCount);
 
 /// Reserves the printer and reads length-prefixed pieces until one ends with a zero byte. Succeeds also when
 /// a piece lies about its length or when there is more than fits, with 2600.
 /// @param out receives the bytes of the pieces, at most `ZPRUSB_MAINTENANCE_READ_SIZE`; also those before a
 ///        read that fails.
-bool readRaw(PrinterObject& printer, uint8_t* out, uint16_t* resultCode);
+Result readRaw(PrinterObject& printer, uint8_t* out);
 
 }  // namespace printer

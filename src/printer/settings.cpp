@@ -5,10 +5,13 @@
 #include "device/reservation.h"
 #include "protocol/exchange.h"
 #include "protocol/little_endian.h"
+#include "protocol/requests.h"
 
 namespace printer {
 
 namespace {
+
+namespace request = protocol::request;
 
 /// The caller's value. The length is 0 for settings of a fixed size.
 struct Value {
@@ -16,56 +19,56 @@ struct Value {
     uint32_t length;
 };
 
-/// Each of these applies the value of one tag; the code is 0 when it begins.
+/// Each of these applies the value of one tag.
 
-bool setOption20(PrinterObject& printer, const Value& value, uint16_t*) {
+Result setOption20(PrinterObject& printer, const Value& value) {
     printer.page.printOption20 = value.data[0];
-    return true;
+    return device::done;
 }
 
-bool setOption21(PrinterObject& printer, const Value& value, uint16_t*) {
+Result setOption21(PrinterObject& printer, const Value& value) {
     printer.page.printOption21 = protocol::wordAt(value.data);
-    return true;
+    return device::done;
 }
 
-bool setOption22(PrinterObject& printer, const Value& value, uint16_t*) {
+Result setOption22(PrinterObject& printer, const Value& value) {
     printer.page.printOption22 = protocol::wordAt(value.data);
-    return true;
+    return device::done;
 }
 
-bool setButton(PrinterObject& printer, const Value& value, uint16_t* resultCode) {
+Result setButton(PrinterObject& printer, const Value& value) {
     const uint8_t setting = value.data[0];
-    if (setting != 1 && setting != 2) return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
-    return protocol::perform(printer, resultCode, protocol::sendOperationButton, setting);
+    if (setting != 1 && setting != 2) return device::failure(ZPRUSB_BAD_ARGUMENT);
+    return protocol::perform(printer.connection, request::operationButton(setting));
 }
 
-bool setParameter(PrinterObject& printer, const Value& value, uint16_t* resultCode) {
+Result setParameter(PrinterObject& printer, const Value& value) {
     constexpr uint8_t onlyParameter = 1;
     const uint32_t parameter = protocol::doubleWordAt(value.data);
-    return protocol::perform(printer, resultCode, protocol::sendSetPrinterParameter, onlyParameter, parameter);
+    return protocol::perform(printer.connection, request::setPrinterParameter(onlyParameter, parameter));
 }
 
-bool storeUniqueString(PrinterObject& printer, const Value& value, uint16_t* resultCode) {
+Result storeUniqueString(PrinterObject& printer, const Value& value) {
     const auto count = static_cast<uint8_t>(value.length);
-    return protocol::perform(printer, resultCode, protocol::sendSetPrinterUniqueString, value.data, count);
+    return protocol::perform(printer.connection, request::setPrinterUniqueString(value.data, count));
 }
 
-bool setUniqueString(PrinterObject& printer, const Value& value, uint16_t* resultCode) {
-    if (value.length > ZPRUSB_INFO_UNIQUE_STRING_SIZE) return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
-    return storeUniqueString(printer, value, resultCode);
+Result setUniqueString(PrinterObject& printer, const Value& value) {
+    if (value.length > ZPRUSB_INFO_UNIQUE_STRING_SIZE) return device::failure(ZPRUSB_BAD_ARGUMENT);
+    return storeUniqueString(printer, value);
 }
 
 /// Of a length above 255 only the low byte counts here.
-bool setUniqueStringNot8(PrinterObject& printer, const Value& value, uint16_t* resultCode) {
+Result setUniqueStringNot8(PrinterObject& printer, const Value& value) {
     constexpr uint32_t refusedLength = 8;
-    if (value.length == refusedLength) return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
-    return storeUniqueString(printer, value, resultCode);
+    if (value.length == refusedLength) return device::failure(ZPRUSB_BAD_ARGUMENT);
+    return storeUniqueString(printer, value);
 }
 
 struct Setting {
     uint16_t tag;
     bool hasLength;
-    bool (*apply)(PrinterObject& printer, const Value& value, uint16_t* resultCode);
+    Result (*apply)(PrinterObject& printer, const Value& value);
 };
 
 constexpr Setting settings[] = {
@@ -80,16 +83,15 @@ constexpr Setting settings[] = {
 
 }  // namespace
 
-bool setPrinterInfo(PrinterObject& printer, uint16_t tag, const uint8_t* data, const uint32_t* length,
-                    uint16_t* resultCode) {
-    const device::Reservation reservation = device::acquireDevice(printer, resultCode);
-    if (!reservation) return false;
+Result setPrinterInfo(PrinterObject& printer, uint16_t tag, const uint8_t* data, const uint32_t* length) {
+    const device::Reservation reservation = device::reserve(printer);
+    if (!reservation) return reservation.result();
     const auto* setting = std::find_if(std::begin(settings), std::end(settings),
                                        [&](const Setting& candidate) { return candidate.tag == tag; });
-    if (setting == std::end(settings) || data == nullptr) return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
-    if (!setting->hasLength) return setting->apply(printer, {data, 0}, resultCode);
-    if (length == nullptr) return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
-    return setting->apply(printer, {data, *length}, resultCode);
+    if (setting == std::end(settings) || data == nullptr) return device::failure(ZPRUSB_BAD_ARGUMENT);
+    if (!setting->hasLength) return setting->apply(printer, {data, 0});
+    if (length == nullptr) return device::failure(ZPRUSB_BAD_ARGUMENT);
+    return setting->apply(printer, {data, *length});
 }
 
 }  // namespace printer

@@ -2,36 +2,30 @@
 
 #include "device/reservation.h"
 #include "device/selection.h"
-#include "protocol/requests.h"
-#include "protocol/responses.h"
+#include "protocol/exchange.h"
 
 namespace printer {
 
-namespace {
+using device::Reservation;
 
-bool exchangeStatus(device::PipeWriter& writer, device::PipeReader& reader, uint16_t* resultCode) {
-    return protocol::sendGetStatus(writer, resultCode) && protocol::receiveStatus(reader, resultCode);
-}
+namespace {
 
 /// The status of a device that the object need not have selected. The object isn't touched: while this waits
 /// for a busy printer, a page that another thread has open with the same object goes on.
-uint16_t statusOf(uint8_t number) {
-    uint16_t code = ZPRUSB_NO_PRINTER;
+Result statusOf(uint8_t number) {
     const std::atomic<uint8_t> index{number};
-    const device::Reservation reservation = device::acquireDevice(index, &code);
-    if (!reservation) return code;
+    const Reservation reservation = device::reserve(index);
+    if (!reservation) return reservation.result();
     const device::DeviceEntry& entry = device::deviceTable[number];
-    device::PipeWriter writer{entry.writePipe};
-    device::PipeReader reader{entry.readPipe};
-    exchangeStatus(writer, reader, &code);
-    return code;
+    device::Connection connection{{entry.writePipe}, {entry.readPipe}};
+    return protocol::checkStatus(connection);
 }
 
 }  // namespace
 
-bool queryStatus(PrinterObject& printer, uint16_t* resultCode) {
-    const device::Reservation reservation = device::acquireDevice(printer, resultCode);
-    return reservation && exchangeStatus(printer.writer, printer.reader, resultCode);
+Result queryStatus(PrinterObject& printer) {
+    const Reservation reservation = device::reserve(printer);
+    return reservation ? protocol::checkStatus(printer.connection) : reservation.result();
 }
 
 uint32_t lengthOfPrinterList(const uint8_t* printerList) {
@@ -46,7 +40,7 @@ bool queryStatusOfAll(PrinterObject& printer, const uint8_t* printerList, uint16
     const uint32_t length = lengthOfPrinterList(printerList);
     for (uint32_t i = 0; i < length; ++i) {
         if (device::openEntry(printerList[i]) != nullptr) lastPresent = printerList[i];
-        results[i] = statusOf(printerList[i]);
+        results[i] = statusOf(printerList[i]).code;
         anyReady = anyReady || results[i] == ZPRUSB_SUCCESS;
     }
     const uint8_t selected = printer.deviceIndex;

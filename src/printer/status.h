@@ -5,11 +5,12 @@
 namespace printer {
 
 using device::PrinterObject;
+using device::Result;
 
 /// Asks the selected printer for its status and condenses the answer into one code; reserves the printer for
 /// that time.
 /// @return whether it is ready, with 0.
-bool queryStatus(PrinterObject& printer, uint16_t* resultCode);
+Result queryStatus(PrinterObject& printer);
 
 /// Asks several printers. The object keeps its own one; if it had none, it selects the last one that is
 /// present.

@@ -17,6 +17,7 @@ struct Answer {
     std::array<uint8_t, device::directReadCapacity> bytes{};
     uint32_t count = 0;  // bytes that arrived
 
+    bool isError() const { return responseKind() == errorAnswer; }
     uint8_t responseKind() const { return bytes[0]; }
     uint8_t errorCode() const { return bytes[1]; }
     uint8_t errorGroup() const { return bytes[2]; }
@@ -29,6 +30,9 @@ struct Answer {
     bool isComplete() const { return count == payloadLength() + headerLength; }
 };
 
+/// The error and status number that has its code in group and detail.
+constexpr uint8_t deviceErrorNumber = 0x11;
+
 /// Where the payload of a GetStatus answer carries what is used of it.
 namespace statusPayload {
 constexpr uint32_t jobNumber = 24;   // of the last page, with 7 bytes of the printer's own behind it
@@ -36,5 +40,11 @@ constexpr uint32_t firstFlag = 32;   // no page can be started while it is not 0
 constexpr uint32_t secondFlag = 39;  // both flags together: the printer is not ready
 constexpr uint32_t threeWords = 42;  // 6 bytes of the printer's own
 }  // namespace statusPayload
+
+/// What an answer brought behind its header.
+struct Payload {
+    std::array<uint8_t, device::directReadCapacity> bytes{};  // zero behind what arrived
+    uint32_t count = 0;                                       // bytes that arrived, at most what was announced
+};
 
 }  // namespace protocol

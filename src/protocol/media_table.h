@@ -2,7 +2,7 @@
 #pragma once
 
 #include "device/printer_object.h"
-#include "protocol/responses.h"
+#include "protocol/answer.h"
 
 namespace protocol {
 
@@ -18,6 +18,8 @@ struct MediaEntry {
 /// A count byte, then entries of 30 bytes, as the printer sent them but for the last byte of each, which is 0.
 class MediaTable {
 public:
+    MediaTable() = default;
+
     /// Takes the entries that arrived whole, at most 8, and counts those.
     explicit MediaTable(const Payload& payload);
 

@@ -1,9 +1,8 @@
 #include "protocol/requests.h"
 
-#include "protocol/command_frame.h"
 #include "protocol/service_sizes.h"
 
-namespace protocol {
+namespace protocol::request {
 
 namespace {
 
@@ -11,157 +10,147 @@ namespace {
 /// opening.
 constexpr uint16_t explicitOption = 200;
 
+/// Behind the six values of the maintenance parameters.
+constexpr uint32_t unusedParamBytes = 14;
+
+Request refused() {
+    return {};
+}
+
 uint8_t jobNumber(uint16_t pageId) {
     return static_cast<uint8_t>(pageId);
 }
 
 /// What both page commands end with.
-void appendMediaAndOptions(CommandFrame& frame, const PageParameters& page) {
-    frame.byte(page.mediaCode);
-    frame.byte(page.printOption20);
-    frame.byte(0);
-    frame.word(page.printOption21);
-    frame.word(page.printOption22);
+Request& appendMediaAndOptions(Request& request, const PageParameters& page) {
+    request.byte(page.mediaCode);
+    request.byte(page.printOption20);
+    request.byte(0);
+    request.word(page.printOption21);
+    return request.word(page.printOption22);
 }
 
 }  // namespace
 
-bool sendPrint(PipeWriter& writer, const PageParameters& page, uint16_t* resultCode) {
-    CommandFrame frame(command::print);
-    frame.byte(jobNumber(page.pageId));
-    frame.word(page.copies);
-    frame.word(static_cast<uint16_t>(page.printWidth));
-    frame.word(static_cast<uint16_t>(page.printLength));
-    appendMediaAndOptions(frame, page);
-    return frame.send(writer, resultCode);
+Request print(const PageParameters& page) {
+    Request request(command::print);
+    request.byte(jobNumber(page.pageId));
+    request.word(page.copies);
+    request.word(static_cast<uint16_t>(page.printWidth));
+    request.word(static_cast<uint16_t>(page.printLength));
+    return appendMediaAndOptions(request, page);
 }
 
-bool sendPrintLong(PipeWriter& writer, PageParameters& page, uint8_t sectionIndex, uint16_t* resultCode) {
-    page.sectionIndex = sectionIndex;
-    const bool whole = sectionIndex == 0;
-    CommandFrame frame(command::printLong);
-    frame.byte(jobNumber(page.pageId));
-    frame.word(page.copies);
-    frame.byte(sectionIndex);
-    frame.doubleWord(whole ? page.printWidth : page.sectionWidth);
-    frame.doubleWord(whole ? page.printLength : page.sectionLengths[sectionIndex - 1u]);
-    appendMediaAndOptions(frame, page);
-    return frame.send(writer, resultCode);
+Request printLong(const PageParameters& page) {
+    const bool whole = page.sectionIndex == 0;
+    Request request(command::printLong);
+    request.byte(jobNumber(page.pageId));
+    request.word(page.copies);
+    request.byte(page.sectionIndex);
+    request.doubleWord(whole ? page.printWidth : page.sectionWidth);
+    request.doubleWord(whole ? page.printLength : page.sectionLengths[page.sectionIndex - 1u]);
+    return appendMediaAndOptions(request, page);
 }
 
-bool sendPrintExplicit(PipeWriter& writer, const ExplicitPage& page, uint16_t* resultCode) {
-    CommandFrame frame(command::print);
-    frame.byte(jobNumber(page.jobNumber));
-    frame.word(page.copies);
-    frame.word(page.width);
-    frame.word(page.length);
-    frame.byte(page.mediaCode);
-    frame.byte(page.option);
-    frame.byte(page.byte9);
-    frame.word(explicitOption);
-    frame.word(explicitOption);
-    return frame.sendDirectly(writer, resultCode);
+Request printExplicit(const ExplicitPage& page) {
+    Request request(command::print);
+    request.byte(jobNumber(page.jobNumber));
+    request.word(page.copies);
+    request.word(page.width);
+    request.word(page.length);
+    request.byte(page.mediaCode);
+    request.byte(page.option);
+    request.byte(page.byte9);
+    return request.word(explicitOption).word(explicitOption);
 }
 
-bool sendFlashLed(PipeWriter& writer, uint16_t* resultCode) {
-    return CommandFrame(command::flashLed).send(writer, resultCode);
+Request flashLed() {
+    return Request(command::flashLed);
 }
 
-bool sendReset(PipeWriter& writer, uint8_t kind, uint16_t* resultCode) {
-    return CommandFrame(command::reset).byte(kind).send(writer, resultCode);
+Request reset(uint8_t kind) {
+    return Request(command::reset).byte(kind);
 }
 
-bool sendOperationButton(PipeWriter& writer, uint8_t setting, uint16_t* resultCode) {
-    return CommandFrame(command::operationButton).byte(setting).send(writer, resultCode);
+Request operationButton(uint8_t setting) {
+    return Request(command::operationButton).byte(setting);
 }
 
-bool sendResetErrorLog(PipeWriter& writer, uint16_t* resultCode) {
-    return CommandFrame(command::resetErrorLog).send(writer, resultCode);
+Request resetErrorLog() {
+    return Request(command::resetErrorLog);
 }
 
-bool sendSetPrinterParameter(PipeWriter& writer, uint8_t number, uint32_t value, uint16_t* resultCode) {
-    return CommandFrame(command::setPrinterParameter).byte(number).doubleWord(value).send(writer, resultCode);
+Request setPrinterParameter(uint8_t number, uint32_t value) {
+    return Request(command::setPrinterParameter).byte(number).doubleWord(value);
 }
 
-bool sendGetStatus(PipeWriter& writer, uint16_t* resultCode) {
-    return CommandFrame(command::getStatus).send(writer, resultCode);
+Request getStatus() {
+    return Request(command::getStatus);
 }
 
-bool sendGetMediaInfo(PipeWriter& writer, uint16_t* resultCode) {
-    return CommandFrame(command::getMediaInfo).send(writer, resultCode);
+Request getMediaInfo() {
+    return Request(command::getMediaInfo);
 }
 
-bool sendGetModelName(PipeWriter& writer, uint16_t* resultCode) {
-    return device::workerWrite(writer, command::getModelName, sizeof command::getModelName, resultCode);
+Request getModelName() {
+    return Request::fixed(command::getModelName);
 }
 
-bool sendGetErrorLog(PipeWriter& writer, uint16_t* resultCode) {
-    return CommandFrame(command::getErrorLog).send(writer, resultCode);
+Request getErrorLog() {
+    return Request(command::getErrorLog);
 }
 
-bool sendSelfDiagnosis(PipeWriter& writer, uint8_t kind, uint8_t first, uint8_t second, uint16_t* resultCode) {
-    return CommandFrame(command::selfDiagnosis).byte(kind).byte(first).byte(second).send(writer, resultCode);
+Request selfDiagnosis(uint8_t kind, uint8_t first, uint8_t second) {
+    return Request(command::selfDiagnosis).byte(kind).byte(first).byte(second);
 }
 
-bool sendGetSelfDiagnosisResults(PipeWriter& writer, uint16_t* resultCode) {
-    return CommandFrame(command::getSelfDiagnosisResults).send(writer, resultCode);
+Request getSelfDiagnosisResults() {
+    return Request(command::getSelfDiagnosisResults);
 }
 
-bool sendGetFirmwareInfo(PipeWriter& writer, uint8_t component, uint16_t* resultCode) {
-    return CommandFrame(command::getFirmwareInfo).byte(component).send(writer, resultCode);
+Request getFirmwareInfo(uint8_t component) {
+    return Request(command::getFirmwareInfo).byte(component);
 }
 
-bool sendUpdate(PipeWriter& writer, uint8_t target, uint32_t start, uint32_t length, uint16_t* resultCode) {
-    return CommandFrame(command::update)
-        .byte(target)
-        .doubleWord(start)
-        .doubleWord(length)
-        .send(writer, resultCode);
+Request update(uint8_t target, uint32_t start, uint32_t length) {
+    return Request(command::update).byte(target).doubleWord(start).doubleWord(length);
 }
 
-bool sendGetEepromMaintenance(PipeWriter& writer, uint8_t address, uint8_t count, uint16_t* resultCode) {
-    return CommandFrame(command::getEepromMaintenance).byte(address).byte(count).send(writer, resultCode);
+Request getEepromMaintenance(uint8_t address, uint8_t count) {
+    return Request(command::getEepromMaintenance).byte(address).byte(count);
 }
 
-bool sendSetEepromMaintenance(PipeWriter& writer, uint8_t address, uint8_t count, const uint8_t* data,
-                              uint16_t* resultCode) {
-    if (data == nullptr && count != 0) return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
-    CommandFrame frame(command::setEepromMaintenance, count);
-    return frame.byte(address).byte(count).bytes(data, count).send(writer, resultCode);
+Request setEepromMaintenance(uint8_t address, uint8_t count, const uint8_t* data) {
+    if (data == nullptr && count != 0) return refused();
+    return Request(command::setEepromMaintenance).byte(address).byte(count).bytes(data, count);
 }
 
-bool sendSetPrinterUniqueString(PipeWriter& writer, const uint8_t* text, uint8_t count, uint16_t* resultCode) {
-    if (text == nullptr || count == 0 || count > ZPRUSB_INFO_UNIQUE_STRING_SIZE) {
-        return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
-    }
-    CommandFrame frame(command::setPrinterUniqueString, count);
-    return frame.byte(count).bytes(text, count).send(writer, resultCode);
+Request setPrinterUniqueString(const uint8_t* text, uint8_t count) {
+    if (text == nullptr || count == 0 || count > ZPRUSB_INFO_UNIQUE_STRING_SIZE) return refused();
+    return Request(command::setPrinterUniqueString).byte(count).bytes(text, count);
 }
 
-bool sendSetMaintenanceParams(PipeWriter& writer, const uint16_t (&values)[maintenanceParamCount],
-                              uint16_t* resultCode) {
-    CommandFrame frame(command::setMaintenanceParams);
-    for (const uint16_t value : values) frame.word(value);
-    return frame.zeros(command::setMaintenanceParams.payloadLength - sizeof values).send(writer, resultCode);
+Request setMaintenanceParams(const uint16_t (&values)[maintenanceParamCount]) {
+    Request request(command::setMaintenanceParams);
+    for (const uint16_t value : values) request.word(value);
+    return request.zeros(unusedParamBytes);
 }
 
-bool sendGetMaintenanceData(PipeWriter& writer, uint8_t first, uint8_t second, uint16_t* resultCode) {
-    return CommandFrame(command::getMaintenanceData).byte(first).byte(second).send(writer, resultCode);
+Request getMaintenanceData(uint8_t first, uint8_t second) {
+    return Request(command::getMaintenanceData).byte(first).byte(second);
 }
 
-bool sendUniversal(PipeWriter& writer, const uint8_t* data, uint8_t count, uint16_t* resultCode) {
-    if (data == nullptr || count == 0 || count > ZPRUSB_MAX_UNIVERSAL_SIZE) {
-        return device::fail(ZPRUSB_BAD_ARGUMENT, resultCode);
-    }
-    return CommandFrame(command::universal, count).bytes(data, count).send(writer, resultCode);
+Request universal(const uint8_t* data, uint8_t count) {
+    if (data == nullptr || count == 0 || count > ZPRUSB_MAX_UNIVERSAL_SIZE) return refused();
+    return Request(command::universal).bytes(data, count);
 }
 
-bool sendMaintenancePermission(PipeWriter& writer, uint8_t address, uint8_t count, uint16_t* resultCode) {
-    return CommandFrame(command::maintenancePermission).byte(address).byte(count).send(writer, resultCode);
+Request maintenancePermission(uint8_t address, uint8_t count) {
+    return Request(command::maintenancePermission).byte(address).byte(count);
 }
 
-bool sendGetPrinterUniqueString(PipeWriter& writer, uint16_t* resultCode) {
-    return CommandFrame(command::getPrinterUniqueString).send(writer, resultCode);
+Request getPrinterUniqueString() {
+    return Request(command::getPrinterUniqueString);
 }
 
-}  // namespace protocol
+}  // namespace protocol::request

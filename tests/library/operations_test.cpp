@@ -271,10 +271,10 @@ TEST_F(Operations, joinRawPiecesUntilOneEndsWithZero) {
         for (const Bytes& piece : c.pieces) ASSERT_TRUE(sendBytes(pipe.libraryEnd, piece));
         closeEnd(pipe.libraryEnd);
         const api::ObjectUse object(api::findThreadSlot());
-        const auto ownPipe = (*object).reader.pipe.exchange(pipe.testEnd);
+        const auto ownPipe = (*object).connection.reader.pipe.exchange(pipe.testEnd);
         uint16_t code = 1;
         const Bytes left = bytesLeftBy([&](uint8_t* out) { EXPECT_EQ(zprusb_readRaw(out, &code), c.success); });
-        (*object).reader.pipe = ownPipe;
+        (*object).connection.reader.pipe = ownPipe;
         closeEnd(pipe.testEnd);
         EXPECT_EQ(code, c.code);
         EXPECT_EQ(left, followedBy(c.bytes, 600, 0xCC));

@@ -54,9 +54,9 @@ TEST_F(Status, ofSeveralPrintersIsAskedOnceInTheOrderOfTheListAndKeepsTheSelecti
 TEST_F(Status, ofSeveralPrintersLeavesTheLastPresentOneSelectedWhenNoneWas) {
     device::PrinterObject unselected;
     const uint8_t list[] = {0, 2, 5, 0xFF};
-    uint16_t results[3], code = 1;
+    uint16_t results[3];
     EXPECT_TRUE(printer::queryStatusOfAll(unselected, list, results));
     EXPECT_EQ(unselected.deviceIndex, 2);
-    EXPECT_TRUE(printer::queryStatus(unselected, &code));
+    EXPECT_TRUE(printer::queryStatus(unselected));
     EXPECT_EQ(bus[2].countRequests(getStatus), 2u);
 }

@@ -74,7 +74,7 @@ TEST_F(Trace, tellsEventsByTheirKind) {
 
 TEST_F(Trace, dumpsTransfersAndHandles) {
     const api::ObjectUse object(api::findThreadSlot());
-    const auto& [writer, reader] = std::tie((*object).writer, (*object).reader);
+    const auto& [writer, reader] = std::tie((*object).connection.writer, (*object).connection.reader);
     const uint8_t bytes[] = {0xF0, 0xC0, 0xAB, 0x00};
     const uint32_t four = 4, none = 0;
     trace::traceReceive(reader, bytes, &four);

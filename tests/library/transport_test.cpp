@@ -24,9 +24,9 @@ TEST(Transport, writesARequestWholeOrRefusesIt) {
     const Bytes bytes = countingBytes(1025, 1);
     RequestPipe pipe;
     for (const auto& [length, code] : {std::pair{1025u, 1006}, {1024u, 0}, {1u, 0}, {0u, 2600}}) {
-        uint16_t result = 1;
-        ASSERT_EQ(workerWrite(pipe.writer, bytes.data(), length, &result), code == 0);
-        EXPECT_EQ(result, code);
+        const Result result = workerWrite(pipe.writer, bytes.data(), length);
+        ASSERT_EQ(result.success, code == 0);
+        EXPECT_EQ(result.code, code);
         if (code != 0) continue;  // had it been sent, it would arrive in the place of the next one
         EXPECT_EQ(pipe.next(), Bytes(bytes.begin(), bytes.begin() + length));
     }
@@ -40,7 +40,7 @@ TEST(Transport, readsNoMoreOfAnAnswerThanItAsksFor) {
     const std::pair<decltype(&workerRead), uint32_t> reads[] = {
         {workerRead, 300}, {directRead, 512}, {directRead, 1}};
     for (const auto& [read, expected] : reads) {
-        EXPECT_TRUE(read(pipe.reader, bytes, count, nullptr));
+        EXPECT_TRUE(read(pipe.reader, bytes, count));
         ASSERT_EQ(count, expected);
     }
 }
@@ -50,11 +50,11 @@ TEST(Transport, takesADirectReadOfNothingForASuccess) {
     reader.pipe = openNothing();
     uint8_t bytes[512];
     uint32_t count = 9;
-    uint16_t code = 1;
-    EXPECT_TRUE(directRead(reader, bytes, count, &code));
+    const Result result = directRead(reader, bytes, count);
+    EXPECT_TRUE(result);
     EXPECT_EQ(count, 0u);
-    EXPECT_EQ(code, 0);
-    EXPECT_FALSE(lengthPrefixedRead(reader, bytes, count, &code));
+    EXPECT_EQ(result.code, 0);
+    EXPECT_FALSE(lengthPrefixedRead(reader, bytes, count));
     closeEnd(reader.pipe);
 }
 
@@ -67,9 +67,9 @@ TEST(Transport, writesNoFurtherChunkToAHandleThatWasTakenAway) {
         for (std::optional<Bytes> piece; (piece = receivePiece(end)); received += piece->size())
             if (received == 0) pipe.writer.pipe = platform::noPipe;
     });
-    uint16_t code = 0;
-    EXPECT_FALSE(directWriteInChunks(pipe.writer, bytes.data(), 8 << 20, &code));
-    EXPECT_EQ(code, 2600);
+    const Result result = directWriteInChunks(pipe.writer, bytes.data(), 8 << 20);
+    EXPECT_FALSE(result);
+    EXPECT_EQ(result.code, 2600);
     RequestPipe::close(pipe.ends.libraryEnd);
     printer.join();
     EXPECT_LT(received, bytes.size());
@@ -92,11 +92,11 @@ TEST_F(ForcedEnd, ofAReadLeavesThePrinterUsableAndItsReadPipeOpen) {
 TEST_F(ForcedEnd, ofAWriteLeavesTheWritePipesOpen) {
     const Bytes request(1024);
     RequestPipe nobodyReads;
-    uint16_t code = 0;
     auto start = Clock::now();
-    while (workerWrite(nobodyReads.writer, request.data(), 1024, &code)) start = Clock::now();
+    Result result;
+    while ((result = workerWrite(nobodyReads.writer, request.data(), 1024))) start = Clock::now();
     EXPECT_GE(Clock::now() - start, transferLimit);
-    EXPECT_EQ(code, 2600);
+    EXPECT_EQ(result.code, 2600);
     EXPECT_TRUE(writePipeAbandoned);
     EXPECT_FALSE(readPipeAbandoned);
     zprusb_close();

@@ -3,8 +3,8 @@
 
 #include <thread>
 
+#include "platform/device_changes.h"
 #include "platform/lock.h"
-#include "platform/message_window.h"
 #include "platform/module.h"
 #include "platform/named_mutex.h"
 #include "platform/thread.h"
@@ -45,10 +45,10 @@ void loadModule() {
     unloadModule(module);
 }
 
-void openWindow() {
-    MessageWindow* window = createMessageWindow();
-    EXPECT_NE(window, nullptr);
-    destroyMessageWindow(window);
+void listen() {
+    DeviceChanges* changes = openDeviceChanges();
+    EXPECT_NE(changes, nullptr);
+    closeDeviceChanges(changes);
 }
 
 // Every entry counts once for each leave, so a lock that is free too early is seen as well.
@@ -77,7 +77,7 @@ int countWithThreads(int entries) {
 }  // namespace
 
 TEST(Resources, areGivenBackByEveryPartOfTheLayer) {
-    for (const auto round : {endThreads, abandonMutex, loadModule, openWindow}) {
+    for (const auto round : {endThreads, abandonMutex, loadModule, listen}) {
         round();  // what the system sets up at the first use stays
         const unsigned before = test::resourceCount();
         for (int i = 0; i < 100; ++i) round();
@@ -91,9 +91,8 @@ TEST(Resources, thatAreNoneAreRefused) {
     EXPECT_EQ(waitForNamedMutex(nullptr, forever), MutexWait::failed);
     EXPECT_FALSE(releaseNamedMutex(nullptr));
     closeNamedMutex(nullptr);
-    WindowMessage message{};
-    EXPECT_FALSE(takeMessage(nullptr, message));
-    destroyMessageWindow(nullptr);
+    EXPECT_FALSE(takeDeviceChange(nullptr));
+    closeDeviceChanges(nullptr);
 }
 
 TEST(Locks, keepThreadsApart) {

@@ -1,7 +1,7 @@
 #include <thread>
 
 #include "host.h"
-#include "platform/message_window.h"
+#include "platform/device_changes.h"
 #include "support/system.h"
 
 using namespace test;
@@ -10,17 +10,14 @@ namespace {
 
 class Devices : public SimulatorTest {
 protected:
-    ~Devices() override { platform::destroyMessageWindow(window); }
+    ~Devices() override { platform::closeDeviceChanges(changes); }
 
     // As long as that takes; the test's time limit ends it.
     void awaitDeviceChange() {
-        platform::WindowMessage message{};
-        while (!platform::takeMessage(window, message) || message.number != platform::messageDeviceChange ||
-               message.parameter != platform::deviceNodesChanged)
-            std::this_thread::yield();
+        while (!platform::takeDeviceChange(changes)) std::this_thread::yield();
     }
 
-    platform::MessageWindow* window = platform::createMessageWindow();
+    platform::DeviceChanges* changes = platform::openDeviceChanges();
 };
 
 TEST_F(Devices, AreToldApartByTheirPathsAndSayThatTheyAreSimulated) {

@@ -209,7 +209,8 @@ TEST_F(Firmware, ArrivesAsItIs) {
 
     for (const char* fault : {R"("command": "Update", "action": "error", "number": 5)",
                               R"("imageByte": 100000, "action": "unplug")"}) {
-        simulate(std::string(R"({"printers": [{"serial": "FOX"}], "output": "broken", "faults": [{)") + fault + "}]}");
+        simulate(std::string(R"({"printers": [{"serial": "FOX"}], "output": "broken", "faults": [{)") + fault +
+                 "}]}");
         const Outcome broken = run(update);
         EXPECT_EQ(broken.status, 1);
         EXPECT_TRUE(contains(broken.err, fault[1] == 'c' ? "code 3200" : "code 2"));

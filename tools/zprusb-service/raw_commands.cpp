@@ -5,21 +5,20 @@
 #include "dump.h"
 #include "failure.h"
 #include "printer.h"
-#include "protocol/response_parser.h"
+#include "protocol/answer_codes.h"
 #include "text.h"
 
 namespace tool {
 namespace {
 
 using protocol::Answer;
-using protocol::ParseMode;
 
 /// What the header says; null when the bytes are no whole answer.
 Json headerOf(const Answer& answer) {
-    const bool error = answer.responseKind() == Answer::errorAnswer;
+    const bool error = answer.isError();
     if (!answer.isComplete() || (!error && answer.responseKind() != Answer::normalAnswer)) return nullptr;
-    uint16_t code = 0;
-    protocol::parseResponse(error ? ParseMode::ErrorAnswer : ParseMode::Status, answer, &code);
+    const uint16_t code =
+        (error ? protocol::decodeErrorAnswer(answer) : protocol::decodeStatusNumber(answer)).code;
     return {
         {"kind", error ? "error" : "normal"}, {"code", code}, {"meaning", zprusb_resultWords(code).meaning}};
 }

@@ -34,20 +34,18 @@ void waitForBytes(uint64_t end) {
 TEST(TransportOnPosix, isOverWhenThePrinterHasTakenTheBytesOrIsGone) {
     const uint8_t bytes[10] = {};
     const auto writeChunks = [](auto&&... arguments) { return directWriteInChunks(arguments...); };
-    using Write = std::function<bool(PipeWriter&, const uint8_t*, uint32_t, uint16_t*)>;
+    using Write = std::function<Result(PipeWriter&, const uint8_t*, uint32_t)>;
     for (const Write& write : {Write(workerWrite), Write(directWrite), Write(writeChunks)}) {
         for (const bool taken : {true, false}) {
             test::Pipe pipe;
             PipeWriter writer{pipe.writer};
             fcntl(descriptor(pipe.writer), F_SETFL, O_DIRECT);  // one write, one slot of the pipe
             fcntl(descriptor(pipe.writer), F_SETPIPE_SZ, 4096);
-            uint16_t code = 1;
-            auto written = std::async([&] { return write(writer, bytes, 10, &code); });
+            auto written = std::async([&] { return write(writer, bytes, 10).code; });
             waitForBytes(pipe.reader);
             EXPECT_EQ(written.wait_for(50ms), std::future_status::timeout);
             taken ? void(receivePiece(pipe.reader)) : pipe.closeReader();
-            EXPECT_EQ(written.get(), taken);
-            EXPECT_EQ(code, taken ? 0 : 2600);
+            EXPECT_EQ(written.get(), taken ? 0 : 2600);
         }
     }
 }
@@ -63,7 +61,7 @@ TEST(TransportOnPosix, doesNotGoOnWithAPieceWhenTheHandleWasTakenAway) {
              received += piece->size())
             if (received == 0) writer.pipe = platform::noPipe;
     });
-    EXPECT_FALSE(directWrite(writer, bytes.data(), 8 << 20, nullptr));
+    EXPECT_FALSE(directWrite(writer, bytes.data(), 8 << 20));
     TransferPipe::close(pipe.ends.testEnd);
     printer.join();
     EXPECT_LT(received, bytes.size());
@@ -76,7 +74,7 @@ TEST(TransportOnPosix, isNotEndedByForceForTheTimeThatTheProcessIsStopped) {
     if (process == 0) {
         uint8_t answer[answerCapacity];
         uint32_t count = 0;
-        _exit(workerRead(pipe.reader, answer, count, nullptr) && !readPipeAbandoned ? 0 : 1);
+        _exit(workerRead(pipe.reader, answer, count) && !readPipeAbandoned ? 0 : 1);
     }
     std::this_thread::sleep_for(100ms);
     kill(process, SIGSTOP);

@@ -1,4 +1,4 @@
-#include "platform/message_window.h"
+#include "platform/device_changes.h"
 
 #include <gtest/gtest.h>
 #include <sys/socket.h>
@@ -30,29 +30,26 @@ void postDeviceChange() {
 
 }  // namespace
 
-TEST(MessageWindows, theFirstOfTheProcessMakesOneMessageOfAllThatWasPostedAndTheNextTakesItsPlace) {
+TEST(DeviceChangesOfTheSystem, theFirstOfTheProcessMakesOneOfAllThatWasPostedAndTheNextTakesItsPlace) {
     for (int round = 0; round < 2; ++round) {
-        MessageWindow* window = createMessageWindow();
-        MessageWindow* second = createMessageWindow();
-        WindowMessage message{};
+        DeviceChanges* first = openDeviceChanges();
+        DeviceChanges* second = openDeviceChanges();
         // Devices may really come and go on the machine that runs the tests.
-        while (takeMessage(window, message) || takeMessage(second, message)) message = {};
+        while (takeDeviceChange(first) || takeDeviceChange(second)) continue;
         for (int i = 0; i < 3; ++i) postDeviceChange();
-        EXPECT_FALSE(takeMessage(second, message));
-        EXPECT_TRUE(takeMessage(window, message));
-        EXPECT_EQ(message.number, messageDeviceChange);
-        EXPECT_EQ(message.parameter, deviceNodesChanged);
-        EXPECT_FALSE(takeMessage(window, message));
-        destroyMessageWindow(window);
-        EXPECT_TRUE(takeMessage(second, message)) << "what nobody took may have been lost";
-        EXPECT_FALSE(takeMessage(second, message));
+        EXPECT_FALSE(takeDeviceChange(second));
+        EXPECT_TRUE(takeDeviceChange(first));
+        EXPECT_FALSE(takeDeviceChange(first));
+        closeDeviceChanges(first);
+        EXPECT_TRUE(takeDeviceChange(second)) << "what nobody took may have been lost";
+        EXPECT_FALSE(takeDeviceChange(second));
         postDeviceChange();
-        EXPECT_TRUE(takeMessage(second, message));
-        destroyMessageWindow(second);
+        EXPECT_TRUE(takeDeviceChange(second));
+        closeDeviceChanges(second);
     }
 }
 
-TEST(MessageWindows, takeTheKernelsWordOnlyWhenUsbDevicesCameOrWent) {
+TEST(DeviceChangesOfTheSystem, takeTheKernelsWordOnlyWhenUsbDevicesCameOrWent) {
     const struct {
         std::string text;  // zero bytes are lines' ends here
         bool counts;
@@ -71,14 +68,13 @@ TEST(MessageWindows, takeTheKernelsWordOnlyWhenUsbDevicesCameOrWent) {
     }
 }
 
-TEST(MessageWindows, ignoreWhatTheKernelTellsOfOtherDevices) {
+TEST(DeviceChangesOfTheSystem, ignoreWhatTheKernelTellsOfOtherDevices) {
     const std::filesystem::path loopback = "/sys/class/net/lo/uevent";
-    MessageWindow* window = createMessageWindow();
-    WindowMessage message{};
-    while (takeMessage(window, message)) continue;
+    DeviceChanges* first = openDeviceChanges();
+    while (takeDeviceChange(first)) continue;
     std::ofstream file(loopback);
     const bool told = static_cast<bool>(file << "add" << std::flush);
-    EXPECT_FALSE(takeMessage(window, message));
-    destroyMessageWindow(window);
+    EXPECT_FALSE(takeDeviceChange(first));
+    closeDeviceChanges(first);
     if (!told) GTEST_SKIP() << "Only root makes the kernel tell of a device.";
 }

@@ -1,4 +1,4 @@
-#include "platform/message_window.h"
+#include "platform/device_changes.h"
 
 #include <linux/netlink.h>
 #include <sys/socket.h>
@@ -14,17 +14,17 @@
 
 namespace platform {
 
-struct MessageWindow {
+struct DeviceChanges {
     std::atomic<bool> used{false};
     std::atomic<int> kernel{-1};  // the kernel's device notifications; -1 where they are out of reach
-    std::atomic<int> posted{-1};  // datagrams of the control library; -1 while another window takes them
+    std::atomic<int> posted{-1};  // datagrams of the control library; -1 while another listener takes them
 };
 
 namespace {
 
 // All of the process, where the child of a fork finds them whatever its parent was doing. There is more than
 // one only while former ones are ending.
-constinit MessageWindow windows[4];
+constinit DeviceChanges listeners[4];
 
 constexpr int notificationsAtOnce = 1024;  // a sender that never stops must not keep the reader
 
@@ -87,11 +87,11 @@ bool takeAll(int receiver, Taken (*take)(int receiver)) {
     return changed;
 }
 
-// Another window may have had the name: one that is about to end, or a child's that was forked meanwhile.
-bool takesOver(MessageWindow& window) {
-    if (window.posted >= 0) return false;
-    window.posted = openPostedNotifications();
-    return window.posted >= 0;
+// Another listener may have had the name: one that is about to end, or a child's that was forked meanwhile.
+bool takesOver(DeviceChanges& listener) {
+    if (listener.posted >= 0) return false;
+    listener.posted = openPostedNotifications();
+    return listener.posted >= 0;
 }
 
 void closeReceiver(std::atomic<int>& receiver) {
@@ -101,35 +101,33 @@ void closeReceiver(std::atomic<int>& receiver) {
 
 }  // namespace
 
-MessageWindow* createMessageWindow() {
-    for (MessageWindow& window : windows) {
-        if (window.used.exchange(true)) continue;
-        window.kernel = openKernelNotifications();
-        window.posted = openPostedNotifications();
-        return &window;
+DeviceChanges* openDeviceChanges() {
+    for (DeviceChanges& listener : listeners) {
+        if (listener.used.exchange(true)) continue;
+        listener.kernel = openKernelNotifications();
+        listener.posted = openPostedNotifications();
+        return &listener;
     }
     return nullptr;
 }
 
-bool takeMessage(MessageWindow* window, WindowMessage& message) {
-    if (window == nullptr) return false;
-    const bool mayHaveMissedSome = takesOver(*window);
-    const bool fromKernel = takeAll(window->kernel, takeKernelNotification);
-    const bool fromProcess = takeAll(window->posted, takePostedNotification);
-    if (!mayHaveMissedSome && !fromKernel && !fromProcess) return false;
-    message = {messageDeviceChange, deviceNodesChanged};
-    return true;
+bool takeDeviceChange(DeviceChanges* listener) {
+    if (listener == nullptr) return false;
+    const bool mayHaveMissedSome = takesOver(*listener);
+    const bool fromKernel = takeAll(listener->kernel, takeKernelNotification);
+    const bool fromProcess = takeAll(listener->posted, takePostedNotification);
+    return mayHaveMissedSome || fromKernel || fromProcess;
 }
 
-void destroyMessageWindow(MessageWindow* window) {
-    if (window == nullptr) return;
-    closeReceiver(window->kernel);
-    closeReceiver(window->posted);
-    window->used = false;
+void closeDeviceChanges(DeviceChanges* listener) {
+    if (listener == nullptr) return;
+    closeReceiver(listener->kernel);
+    closeReceiver(listener->posted);
+    listener->used = false;
 }
 
-void destroyWindowsInChild() {
-    for (MessageWindow& window : windows) destroyMessageWindow(&window);
+void closeDeviceChangesInChild() {
+    for (DeviceChanges& listener : listeners) closeDeviceChanges(&listener);
 }
 
 }  // namespace platform

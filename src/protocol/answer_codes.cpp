@@ -1,12 +1,8 @@
-#include "protocol/response_parser.h"
-
-#include <algorithm>
+#include "protocol/answer_codes.h"
 
 namespace protocol {
 
 namespace {
-
-constexpr uint8_t deviceError = 0x11;
 
 /// A run of the printer's numbers, the code of the first one (the others follow in order), the answers in which
 /// the run has a meaning, and whether a request can succeed with it.
@@ -53,35 +49,41 @@ bool isCommunicationFailure(uint16_t code) {
     return ZPRUSB_COMMUNICATION <= code && code <= ZPRUSB_ANSWER_ERROR_5;
 }
 
+/// By the group and detail of a device error.
+Result decodeDeviceError(const Answer& answer) {
+    for (const DeviceErrorRow& row : deviceErrorTable) {
+        if (isWithin(answer.errorGroup(), row.firstGroup, row.lastGroup) &&
+            isWithin(answer.errorDetail(), row.firstDetail, row.lastDetail)) {
+            return device::failure(row.code);
+        }
+    }
+    return device::failure(ZPRUSB_UNEXPECTED);
+}
+
+/// @param meaning where the number was found.
+Result decode(const Answer& answer, uint8_t number, bool NumberRow::*meaning) {
+    if (number == deviceErrorNumber) return decodeDeviceError(answer);
+    for (const NumberRow& row : numberTable) {
+        if (isWithin(number, row.first, row.last) && row.*meaning) {
+            return {row.succeeds, static_cast<uint16_t>(row.code + (number - row.first))};
+        }
+    }
+    return device::failure(ZPRUSB_UNEXPECTED);
+}
+
 }  // namespace
 
-bool parseResponse(ParseMode mode, const Answer& answer, uint16_t* resultCode) {
-    device::setResult(resultCode, ZPRUSB_UNEXPECTED);
-    const bool ofError = mode == ParseMode::ErrorAnswer;
-    if (answer.responseKind() != (ofError ? Answer::errorAnswer : Answer::normalAnswer)) return false;
-    const uint8_t number = ofError ? answer.errorCode() : answer.statusCode();
-    if (number == deviceError) return decodeDeviceError(answer, resultCode);
-    for (const NumberRow& row : numberTable) {
-        if (!isWithin(number, row.first, row.last)) continue;
-        if (!(ofError ? row.inErrorAnswer : row.inStatus)) return false;
-        device::setResult(resultCode, static_cast<uint16_t>(row.code + (number - row.first)));
-        return row.succeeds && !ofError;
-    }
-    return false;
+Result decodeErrorAnswer(const Answer& answer) {
+    return {false, decode(answer, answer.errorCode(), &NumberRow::inErrorAnswer).code};
 }
 
-bool decodeDeviceError(const Answer& answer, uint16_t* resultCode) {
-    const auto* row =
-        std::find_if(std::begin(deviceErrorTable), std::end(deviceErrorTable), [&](const auto& candidate) {
-            return isWithin(answer.errorGroup(), candidate.firstGroup, candidate.lastGroup) &&
-                   isWithin(answer.errorDetail(), candidate.firstDetail, candidate.lastDetail);
-        });
-    device::setResult(resultCode, row != std::end(deviceErrorTable) ? row->code : uint16_t{ZPRUSB_UNEXPECTED});
-    return false;
+Result decodeStatusNumber(const Answer& answer) {
+    return decode(answer, answer.statusCode(), &NumberRow::inStatus);
 }
 
-uint16_t foldAnswerErrors(uint16_t code) {
-    return isCommunicationFailure(code) ? uint16_t{ZPRUSB_COMMUNICATION} : code;
+Result foldAnswerErrors(Result result) {
+    if (isCommunicationFailure(result.code)) result.code = ZPRUSB_COMMUNICATION;
+    return result;
 }
 
 bool isUnreachable(uint16_t code) {

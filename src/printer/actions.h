@@ -6,14 +6,15 @@
 namespace printer {
 
 using device::PrinterObject;
+using device::Result;
 
-bool blinkLed(PrinterObject& printer, uint16_t* resultCode);
+Result blinkLed(PrinterObject& printer);
 
 /// Does not wait until the printer has started again.
-bool resetPrinter(PrinterObject& printer, uint16_t* resultCode);
+Result resetPrinter(PrinterObject& printer);
 
 /// @param mode 0: the printer forgets its curves; 1 and 2: it keeps the data as one of them.
 /// @param data `ZPRUSB_TONE_CURVE_SIZE` bytes; not read for mode 0.
-bool setToneCurve(PrinterObject& printer, uint8_t mode, const uint8_t* data, uint16_t* resultCode);
+Result setToneCurve(PrinterObject& printer, uint8_t mode, const uint8_t* data);
 
 }  // namespace printer

@@ -1,7 +1,7 @@
-#include "device/message_window_thread.h"
+#include "device/device_change_thread.h"
 
+#include "platform/device_changes.h"
 #include "platform/memory.h"
-#include "platform/message_window.h"
 #include "platform/thread.h"
 
 namespace device {
@@ -16,7 +16,7 @@ constexpr uint32_t stopLimitMilliseconds = 5000;
 /// called back to life by the start of the next one.
 struct Generation {
     DeviceChangeHandler handler;
-    std::atomic<bool> windowThreadStop{false};
+    std::atomic<bool> stop{false};
 };
 
 /// Guarded by the ApiLock; both null while no thread runs.
@@ -25,22 +25,18 @@ constinit Generation* generation = nullptr;
 
 void threadBody(void* argument) {
     auto* own = static_cast<Generation*>(argument);
-    platform::MessageWindow* window = platform::createMessageWindow();
-    while (!own->windowThreadStop) {
-        platform::WindowMessage message;
-        if (platform::takeMessage(window, message) && message.number == platform::messageDeviceChange &&
-            message.parameter == platform::deviceNodesChanged) {
-            own->handler(own->windowThreadStop);
-        }
+    platform::DeviceChanges* changes = platform::openDeviceChanges();
+    while (!own->stop) {
+        if (platform::takeDeviceChange(changes)) own->handler(own->stop);
         platform::sleepMilliseconds(pollMilliseconds);
     }
-    platform::destroyMessageWindow(window);
+    platform::closeDeviceChanges(changes);
     platform::destroy(own);
 }
 
 }  // namespace
 
-void startMessageWindowThread(DeviceChangeHandler handler) {
+void startDeviceChangeThread(DeviceChangeHandler handler) {
     if (thread != nullptr) return;
     generation = platform::create<Generation>(handler);
     if (generation == nullptr) return;
@@ -50,9 +46,9 @@ void startMessageWindowThread(DeviceChangeHandler handler) {
     generation = nullptr;
 }
 
-void stopMessageWindowThread() {
+void stopDeviceChangeThread() {
     if (thread == nullptr) return;
-    generation->windowThreadStop = true;
+    generation->stop = true;
     generation = nullptr;
     platform::sleepMilliseconds(stopPauseMilliseconds);
     platform::waitForThread(thread, stopLimitMilliseconds);
@@ -60,10 +56,10 @@ void stopMessageWindowThread() {
     thread = nullptr;
 }
 
-void resetMessageWindowThreadInChild() {
+void resetDeviceChangeThreadInChild() {
     thread = nullptr;
     generation = nullptr;
-    platform::destroyWindowsInChild();
+    platform::closeDeviceChangesInChild();
 }
 
 }  // namespace device

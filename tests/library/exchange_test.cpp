@@ -1,11 +1,12 @@
-#include "protocol/responses.h"
+#include "protocol/exchange.h"
 
 #include <gtest/gtest.h>
 
 #include <map>
 
 #include "fake_bus.h"
-#include "protocol/response_parser.h"
+#include "protocol/answer_codes.h"
+#include "protocol/requests.h"
 #include "transfer_pipes.h"
 
 using namespace protocol;
@@ -38,66 +39,76 @@ Bytes start(const auto& bytes, uint32_t count) {
     return Bytes(bytes.begin(), bytes.begin() + count);
 }
 
-enum Receiver { status, ack, wholeAnswer, payload, countedPayload };
-constexpr Receiver allReceivers[] = {status, ack, wholeAnswer, payload, countedPayload};
+enum Exchange { status, ack, wholeAnswer, payload, countedPayload };
+constexpr Exchange allExchanges[] = {status, ack, wholeAnswer, payload, countedPayload};
 
-Outcome receive(Receiver receiver, PipeReader& reader) {
-    Outcome got;
-    Answer answer;
-    Payload data;
-    if (receiver == status) got.success = receiveStatus(reader, &got.code);
-    if (receiver == ack) got.success = receiveAck(reader, &got.code);
-    if (receiver == wholeAnswer) got.success = receiveWholeAnswer(reader, answer, &got.code);
-    if (receiver == payload) got.success = receivePayload(reader, data, &got.code);
-    if (receiver == countedPayload) got.success = receiveCountedPayload(reader, data, got.count, &got.code);
-    got.data = start(data.bytes, data.count);
-    if (receiver == wholeAnswer && got.success) got.data = start(answer.bytes, answer.count);
-    return got;
-}
+struct Printer {
+    Outcome ask(Exchange exchange) {
+        Outcome got;
+        Answer answer;
+        Payload data;
+        const Request request = request::getErrorLog();
+        Result result;
+        if (exchange == status) result = checkStatus(connection);
+        if (exchange == ack) result = perform(connection, request);
+        if (exchange == wholeAnswer) result = fetchStatus(connection, answer);
+        if (exchange == payload) result = fetch(connection, request, data);
+        if (exchange == countedPayload) result = fetchDirectly(connection, request, data, got.count);
+        requests.next();
+        got.success = result.success;
+        got.code = result.code;
+        got.data = start(data.bytes, data.count);
+        if (exchange == wholeAnswer && got.success) got.data = start(answer.bytes, answer.count);
+        return got;
+    }
+    Outcome ask(Exchange exchange, const Bytes& answer) {
+        answers.give(answer);
+        return ask(exchange);
+    }
+
+    RequestPipe requests;
+    AnswerPipe answers;
+    device::Connection connection{{requests.writer.pipe.load()}, {answers.reader.pipe.load()}};
+};
 
 }  // namespace
 
-TEST(ResponseParser, knowsEveryStatusNumber) {
+TEST(AnswerCodes, knowsEveryStatusNumber) {
     for (unsigned number = 0; number <= 255; ++number) {
         if (number == 0x11) continue;
         const Answer answer{.bytes{1, 0x31, 5, 0, 0, 0, 0, static_cast<uint8_t>(number)}};
-        uint16_t code = 1;
         const uint16_t expected = number == 0 ? uint16_t{0} : codeIn(number <= 5 ? Codes{} : numbers, number);
         const bool ready = number == 0 || (0x61 <= number && number <= 0x6D && numbers.contains(number));
-        EXPECT_EQ(parseResponse(ParseMode::Status, answer, &code), ready) << number;
-        EXPECT_EQ(code, expected) << number;
+        const Result result = decodeStatusNumber(answer);
+        EXPECT_EQ(result.success, ready) << number;
+        EXPECT_EQ(result.code, expected) << number;
     }
 }
 
-TEST(ResponseParser, knowsEveryDeviceErrorInAnAnswerOfItsKind) {
+TEST(AnswerCodes, knowsEveryDeviceError) {
     for (unsigned pair = 0; pair <= 0xFFFF; ++pair) {
         const auto group = static_cast<uint8_t>(pair / 0x100), detail = static_cast<uint8_t>(pair);
         const uint16_t expected = group == 6 ? codeIn(detailsOfGroup6, detail) : codeIn(groups, group);
-        for (const ParseMode mode : {ParseMode::ErrorAnswer, ParseMode::Status}) {
-            for (const uint8_t kind : Bytes{1, 2}) {
-                const bool fits = (kind == 2) == (mode == ParseMode::ErrorAnswer);
-                uint16_t code = 1;
-                ASSERT_FALSE(parseResponse(mode, {.bytes{kind, 0x11, group, detail, 0, 0, 0, 0x11}}, &code));
-                ASSERT_EQ(code, fits ? expected : 2504) << pair;
-            }
+        const Answer answer{.bytes{0, 0x11, group, detail, 0, 0, 0, 0x11}};
+        for (const auto decode : {decodeErrorAnswer, decodeStatusNumber}) {
+            const Result result = decode(answer);
+            ASSERT_FALSE(result);
+            ASSERT_EQ(result.code, expected) << pair;
         }
     }
 }
 
-TEST(Receivers, takeAnAnswerOfAnyLengthAsFarAsItGoes) {
+TEST(Exchanges, takeAnAnswerOfAnyLengthAsFarAsItGoes) {
     constexpr uint32_t header = 10, complete = 58;
     Bytes longest = normalAnswer(::statusPayload(7, 1, 1), 0x62);
     longest.insert(longest.end(), {1, 2, 3});
-    AnswerPipe pipe;
+    Printer printer;
     for (const uint8_t kind : Bytes{0, 1, 3, 255}) {
         for (uint32_t length = 1; length <= longest.size(); ++length) {
             SCOPED_TRACE(testing::Message() << "kind " << int{kind} << ", " << length << " bytes");
             Bytes answer = start(longest, length);
             answer[0] = kind;
-            const auto outcome = [&](Receiver receiver) {
-                pipe.give(answer);
-                return receive(receiver, pipe.reader);
-            };
+            const auto outcome = [&](Exchange exchange) { return printer.ask(exchange, answer); };
             const bool whole = length == complete;
             const uint16_t code = whole ? 0 : 2600;
             const bool bothFlags = length > header + 39;
@@ -113,16 +124,15 @@ TEST(Receivers, takeAnAnswerOfAnyLengthAsFarAsItGoes) {
     }
 }
 
-TEST(Receivers, failOnEveryErrorAnswerThoughItIsCutAndHandOutNothing) {
-    AnswerPipe pipe;
+TEST(Exchanges, failOnEveryErrorAnswerThoughItIsCutAndHandOutNothing) {
+    Printer printer;
     for (unsigned number = 0; number <= 255; ++number) {
         const Bytes whole{2, static_cast<uint8_t>(number), 5, 0, 0, 0, 0, 0x21, 2, 0, 8, 9};
         const uint16_t code = number == 0x11 ? 2307 : codeIn(numbers, number);
-        for (const Receiver receiver : allReceivers) {
-            const bool folds = receiver == status || receiver == ack;
+        for (const Exchange exchange : allExchanges) {
+            const bool folds = exchange == status || exchange == ack;
             for (const uint32_t length : {3u, 9u, 12u}) {
-                pipe.give(start(whole, length));
-                EXPECT_EQ(receive(receiver, pipe.reader),
+                EXPECT_EQ(printer.ask(exchange, start(whole, length)),
                           (Outcome{false, folds ? std::min<uint16_t>(code, 2600) : code}))
                     << number;
             }
@@ -130,14 +140,13 @@ TEST(Receivers, failOnEveryErrorAnswerThoughItIsCutAndHandOutNothing) {
     }
 }
 
-TEST(Receivers, failWith2600WhenNothingCanBeRead) {
-    AnswerPipe ended;
-    ended.close(ended.ends.testEnd);
-    PipeReader none, nothing;
-    nothing.pipe = openNothing();
-    for (PipeReader* reader : {&none, &nothing, &ended.reader}) {
-        for (const Receiver receiver : allReceivers)
-            EXPECT_EQ(receive(receiver, *reader), (Outcome{false, 2600}));
+TEST(Exchanges, failWith2600WhenNothingCanBeRead) {
+    Printer printer;
+    printer.answers.close(printer.answers.ends.testEnd);
+    const uint64_t ended = printer.answers.reader.pipe, nothing = openNothing();
+    for (const uint64_t pipe : {uint64_t{platform::noPipe}, nothing, ended}) {
+        printer.connection.reader.pipe = pipe;
+        for (const Exchange exchange : allExchanges) EXPECT_EQ(printer.ask(exchange), (Outcome{false, 2600}));
     }
-    closeEnd(nothing.pipe);
+    closeEnd(nothing);
 }

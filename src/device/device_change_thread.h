@@ -10,12 +10,12 @@ namespace device {
 using DeviceChangeHandler = void (*)(const std::atomic<bool>& stop);
 
 /// Starts the thread unless it has been started. The caller holds the ApiLock.
-void startMessageWindowThread(DeviceChangeHandler handler);
+void startDeviceChangeThread(DeviceChangeHandler handler);
 
 /// Asks the thread to end and waits for it, with the ApiLock held by the caller: about 0.2 s, and at most 5 s.
-void stopMessageWindowThread();
+void stopDeviceChangeThread();
 
 /// In the child of a fork, which has no such thread.
-void resetMessageWindowThreadInChild();
+void resetDeviceChangeThreadInChild();
 
 }  // namespace device
