@@ -8,7 +8,7 @@
 namespace api {
 
 struct Frame {
-    bool locked;       // holds the ApiLock for the whole run
+    bool locked;       // holds the API lock for the whole run
     unsigned retries;  // how often a failed operation is tried again, at once and whatever its code
 };
 

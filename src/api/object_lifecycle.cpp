@@ -32,7 +32,8 @@ bool allocateBuffers(device::WorkingBuffers& buffers) {
            allocate(buffers.work, Buffers::workSize);
 }
 
-/// Whether a thread is in the first search of the process, which may be away from the ApiLock. Guarded by that.
+/// Whether a thread is in the first search of the process, which may be away from the API lock. Guarded by
+/// that.
 constinit bool firstSearchRuns = false;
 
 /// Another opening's first search is this one's as well: nothing is to be reset under it.

@@ -1,4 +1,4 @@
-/// Creating, opening and releasing the printer objects. All of it runs under the ApiLock.
+/// Creating, opening and releasing the printer objects. All of it runs under the API lock.
 #pragma once
 
 #include "device/printer_object.h"

@@ -1,7 +1,7 @@
 /// The printer objects of the process, and which thread works with which.
 ///
 /// A leaf lock of its own guards the tables, because some entry points look up their object without the
-/// ApiLock. Whoever works with an object has an ObjectUse, so that an object that is released meanwhile lives
+/// API lock. Whoever works with an object has an ObjectUse, so that an object that is released meanwhile lives
 /// until its last user has left it.
 #pragma once
 

@@ -1,5 +1,5 @@
 /// What is done about unplugged printers after the system has reported a device change. Both run under the
-/// ApiLock.
+/// API lock.
 #pragma once
 
 #include "device/device_table.h"

@@ -9,10 +9,10 @@ namespace device {
 /// @param stop set while it runs once the thread is to end: the handler then waits for nothing any more.
 using DeviceChangeHandler = void (*)(const std::atomic<bool>& stop);
 
-/// Starts the thread unless it has been started. The caller holds the ApiLock.
+/// Starts the thread unless it has been started. The caller holds the API lock.
 void startDeviceChangeThread(DeviceChangeHandler handler);
 
-/// Asks the thread to end and waits for it, with the ApiLock held by the caller: about 0.2 s, and at most 5 s.
+/// Asks the thread to end and waits for it, with the API lock held by the caller: about 0.2 s, and at most 5 s.
 void stopDeviceChangeThread();
 
 /// In the child of a fork, which has no such thread.

@@ -7,7 +7,7 @@
 
 namespace device {
 
-/// Guarded by the ApiLock, but for what the entry points without that lock read: that is atomic or guarded by
+/// Guarded by the API lock, but for what the entry points without that lock read: that is atomic or guarded by
 /// `deviceTableLock`. All zero until the first opening resets the table, before which nothing looks at it: so
 /// the table takes no room in the library's file.
 struct DeviceEntry {
@@ -28,11 +28,11 @@ inline constinit std::array<DeviceEntry, deviceCount> deviceTable{};
 inline constinit platform::Lock deviceTableLock;
 using HoldingTable = platform::Holding<platform::Lock>;
 
-/// Whether the table is filled; guarded by the ApiLock.
+/// Whether the table is filled; guarded by the API lock.
 inline constinit bool deviceTableReady = false;
 
 /// Goes up when all devices are closed: a search that was waiting meanwhile has nothing left to fill. Guarded
-/// by the ApiLock.
+/// by the API lock.
 inline constinit uint32_t deviceTableGeneration = 0;
 
 /// The entry of an index, or null if there is none or no device is open in it.

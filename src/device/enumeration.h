@@ -5,7 +5,7 @@
 namespace device {
 
 /// Finds the printers among the devices of the control library and opens the new ones into the device table.
-/// Waits for a new one that another process is using, without limit, but away from the ApiLock: other calls go
+/// Waits for a new one that another process is using, without limit, but away from the API lock: other calls go
 /// on meanwhile, and may find or close the same devices. Finds nothing while the object's control library is
 /// not loaded, and when all devices were closed during the wait.
 /// @param list room for `deviceCount` bytes; receives the device index of each printer in the order found.

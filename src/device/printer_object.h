@@ -21,9 +21,9 @@ constexpr PrinterId filledPrinterId(uint8_t byte) {
     return {byte, byte, byte, byte, byte, byte, byte, byte};
 }
 
-/// What the page commands carry. Written under the ApiLock, but for `copies`.
+/// What the page commands carry. Written under the API lock, but for `copies`.
 struct PageParameters {
-    std::atomic<uint16_t> copies{1};  // also set by entry points that run without the ApiLock
+    std::atomic<uint16_t> copies{1};  // also set by entry points that run without the API lock
     uint16_t pageId = 0;              // device index x 256 + job number
     uint8_t mediaCode = 0;
     uint32_t printWidth = 0;
@@ -48,14 +48,14 @@ struct WorkingBuffers {
     uint8_t* work = nullptr;
 };
 
-/// The firmware update of an object. Its operations run without the ApiLock.
+/// The firmware update of an object. Its operations run without the API lock.
 struct UpdateSession {
     std::atomic<bool> allowed{false};    // whether the object was opened for update
     std::atomic<uint32_t> bytesSent{0};  // since the printer was last asked to take a transfer
 };
 
 /// One printer as seen by one caller thread. Only api/ opens one and tears it down; the operations on it are
-/// free functions in the folder of their subject. Guarded by the ApiLock, except what is atomic and what says
+/// free functions in the folder of their subject. Guarded by the API lock, except what is atomic and what says
 /// otherwise.
 struct PrinterObject {
     bool opened = false;

@@ -52,7 +52,7 @@ bool releaseOnce(PrinterObject& printer, NamedMutex* mutex) {
     return released;
 }
 
-/// Waits only if it has to, and then without the ApiLock.
+/// Waits only if it has to, and then without the API lock.
 MutexWait waitForPrinter(NamedMutex* mutex) {
     const MutexWait atOnce = platform::waitForNamedMutex(mutex, 0);
     if (atOnce != MutexWait::timedOut) return atOnce;

@@ -29,8 +29,8 @@ private:
 };
 
 /// The first step of every operation that talks to the printer: waits at most 500 ms for it. A thread that
-/// holds the ApiLock is without it while it waits, so that the owner can go on; what is reserved is the printer
-/// that is selected after the wait.
+/// holds the API lock is without it while it waits, so that the owner can go on; what is reserved is the
+/// printer that is selected after the wait.
 /// @return an empty reservation on failure, with 2000 (no printer selected, or it is gone), 1500 (busy, or its
 ///         last owner ended without releasing it) or 2504; otherwise the code is 0.
 Reservation reserve(const PrinterObject& printer);

@@ -16,7 +16,7 @@ constexpr uint32_t answerCapacity = 300;      // bytes that a worker read asks f
 constexpr uint32_t directReadCapacity = 512;  // bytes that a direct read asks for
 constexpr uint32_t chunkSize = 4096;          // bytes of bulk data in one write
 
-/// The write pipe of the printer that an object has selected. Operations without the ApiLock read the handle
+/// The write pipe of the printer that an object has selected. Operations without the API lock read the handle
 /// while the device-change thread may clear it.
 struct PipeWriter {
     std::atomic<platform::PipeHandle> pipe{platform::noPipe};
@@ -44,7 +44,7 @@ inline constinit std::atomic<bool> readPipeAbandoned{false};
 /// While the process is stopped, by a debugger or a shell, no more than `waitStepMilliseconds` of a worker's
 /// time pass: an answer that comes meanwhile is received. (Within the last step before the limit it may be
 /// lost.)
-/// The worker transfers hold the ApiLock for their whole run, so there is one worker at a time.
+/// The worker transfers hold the API lock for their whole run, so there is one worker at a time.
 
 /// @param length at most `requestCapacity`; a longer request is refused with 1006.
 Result workerWrite(PipeWriter& writer, const uint8_t* request, uint32_t length);

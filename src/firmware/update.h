@@ -1,5 +1,5 @@
 /// The firmware update: a file becomes an image, the printer accepts the transfer, the image goes out in parts.
-/// None of these takes the ApiLock or reserves the printer. Those with a printer object need one that was
+/// None of these takes the API lock or reserves the printer. Those with a printer object need one that was
 /// opened for update; on another one they give 1501.
 #pragma once
 

@@ -9,7 +9,7 @@ namespace printer {
 using device::PrinterObject;
 using device::Result;
 
-/// Runs without the ApiLock.
+/// Runs without the API lock.
 Result setCopies(PrinterObject& printer, uint16_t copies);
 
 Result startPage(PrinterObject& printer, uint16_t* pageId);
@@ -18,7 +18,7 @@ Result startPage(PrinterObject& printer, uint16_t* pageId);
 ///        refused with 1006 and nothing is sent.
 Result startLongPage(PrinterObject& printer, uint16_t* pageId, uint8_t sectionIndex);
 
-/// Runs without the ApiLock.
+/// Runs without the API lock.
 Result endPage(PrinterObject& printer);
 
 }  // namespace printer
