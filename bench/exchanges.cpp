@@ -87,7 +87,7 @@ void compareOnePrinter(const Report& report) {
                     return secondsOfBatch(printer, batch, prepareStatus,
                                           [&] { exchangeBare(printer, statusRequest); });
                 },
-            .goal = 1.10,
+            .goal = 1.15,
             .rounds = 1001});
     const auto preparePage = [&] { preparePageStart(printer); };
     constexpr int pages = batch / 5;
