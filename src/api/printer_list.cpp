@@ -4,6 +4,7 @@
 
 #include "api/object_table.h"
 #include "device/enumeration.h"
+#include "device/reservation.h"
 #include "device/selection.h"
 
 namespace api {
@@ -28,6 +29,7 @@ uint32_t listPrinters(uint8_t* list) {
         return 0;
     }
     forEachObject(device::forgetStalePipes);
+    forEachObject(device::dropLostPage);
     if (selected == device::noDeviceIndex) return found;
     const ObjectUse own(bindThreadSlot());
     if (own) (void)device::selectByNumber(*own, selected);  // takes the pipe handles anew

@@ -17,7 +17,8 @@ struct DeviceEntry {
     const ControlLibrary* control = nullptr;   // the one that opened it
     PrinterId printerId{};
     PrinterLabel printerLabel{};
-    bool isNew = false;  // opened, but a search has not yet found out whether it is a printer
+    uint32_t opening = 0;  // goes up each time a device is opened in the entry
+    bool isNew = false;    // opened, but a search has not yet found out whether it is a printer
     platform::PipeHandle writePipe = 0;
     platform::PipeHandle readPipe = 0;
 };

@@ -117,6 +117,7 @@ DeviceHandle probe(PrinterObject& printer, uint32_t deviceNumber, uint16_t& open
         return noDevice;
     }
     DeviceEntry& entry = deviceTable[handle];
+    if (!wasOpen) ++entry.opening;
     entry.handle = handle;
     entry.control = printer.control;
     // One that is new and open is being waited for by another search.

@@ -76,12 +76,16 @@ Reservation::~Reservation() {
 
 void Reservation::keepForPage(PrinterObject& printer) {
     NamedMutex* former = std::exchange(mutex_, nullptr);
+    const uint8_t device = printer.deviceIndex;
     bool wasUnplugged = false;
     {
         const HoldingTable lock(deviceTableLock);
-        wasUnplugged = former == printer.pageMutex && printer.pageDevice != printer.deviceIndex;
+        const uint32_t opening = device < deviceCount ? deviceTable[device].opening : 0;
+        wasUnplugged =
+            former == printer.pageMutex && (printer.pageDevice != device || printer.pageOpening != opening);
         std::swap(former, printer.pageMutex);
-        printer.pageDevice = printer.deviceIndex;
+        printer.pageDevice = device;
+        printer.pageOpening = opening;
     }
     // The same printer has come back as another device: the page that it lost has nothing to keep any more.
     if (wasUnplugged) platform::releaseNamedMutex(former);
@@ -121,7 +125,8 @@ void dropLostPage(PrinterObject& printer) {
     NamedMutex* lost = nullptr;
     {
         const HoldingTable lock(deviceTableLock);
-        if (openEntry(printer.pageDevice) == nullptr) std::swap(lost, printer.pageMutex);
+        const DeviceEntry* entry = openEntry(printer.pageDevice);
+        if (entry == nullptr || entry->opening != printer.pageOpening) std::swap(lost, printer.pageMutex);
     }
     platform::revokeNamedMutex(lost);
     platform::closeNamedMutex(lost);
