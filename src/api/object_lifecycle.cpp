@@ -36,14 +36,6 @@ bool allocateBuffers(device::WorkingBuffers& buffers) {
 /// that.
 constinit bool firstSearchRuns = false;
 
-/// Another opening's first search is this one's as well: nothing is to be reset under it.
-void waitForFirstSearch() {
-    while (firstSearchRuns) {
-        const device::AwayFromApiLock away(device::AwayFromApiLock::Admitted::everybody);
-        platform::sleepMilliseconds(firstSearchLookMilliseconds);
-    }
-}
-
 /// The first search of the process. Later ones probe only as many device numbers as it opened devices; one that
 /// found no printer limits nothing.
 bool fillDeviceTable(PrinterObject& printer) {
@@ -104,6 +96,13 @@ bool isAnyThreadBound() {
 }
 
 }  // namespace
+
+void waitForFirstSearch() {
+    while (firstSearchRuns) {
+        const device::AwayFromApiLock away(device::AwayFromApiLock::Admitted::everybody);
+        platform::sleepMilliseconds(firstSearchLookMilliseconds);
+    }
+}
 
 bool makeObjects(uint16_t count) {
     waitForFirstSearch();

@@ -7,6 +7,10 @@ namespace api {
 
 using device::Result;
 
+/// Another thread's opening may be looking for the printers, and then without the API lock: who would disturb
+/// its search waits for its end.
+void waitForFirstSearch();
+
 /// Raises the number of objects and opens those that are missing.
 bool makeObjects(uint16_t count);
 

@@ -3,6 +3,7 @@
 
 #include "api/entry_frame.h"
 #include "api/internal.h"
+#include "api/object_lifecycle.h"
 #include "api/object_table.h"
 #include "api/printer_list.h"
 #include "device/device_table.h"
@@ -21,6 +22,7 @@ template <class Identity>
 uint32_t listIdentities(Identity DeviceEntry::*field, void* identities, int filler) {
     if (identities == nullptr) return 0;
     const EntryGuard guard;
+    api::waitForFirstSearch();
     auto* next = static_cast<char*>(std::memset(identities, filler, sizeof(Identity) * device::deviceCount));
     uint8_t list[device::deviceCount];
     const uint32_t found = api::listPrinters(list);
@@ -45,6 +47,7 @@ void selectOnBoundPrinter(uint16_t* resultCode, const Select& select) {
 uint32_t zprusb_listupPrinter(uint8_t* list) {
     if (list == nullptr) return 0;
     const EntryGuard guard;
+    api::waitForFirstSearch();
     return api::listPrinters(list);
 }
 

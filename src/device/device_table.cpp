@@ -24,13 +24,14 @@ void closePipe(const DeviceEntry& entry, platform::PipeHandle& pipe, bool abando
     pipe = platform::noPipe;
 }
 
-void releasePageMutex(PrinterObject& printer) {
+/// Whichever thread has the page, its printer is about to be closed.
+void revokePageMutex(PrinterObject& printer) {
     platform::NamedMutex* mutex = nullptr;
     {
         HoldingTable lock(deviceTableLock);
         std::swap(mutex, printer.pageMutex);
     }
-    platform::releaseNamedMutex(mutex);
+    platform::revokeNamedMutex(mutex);
     platform::closeNamedMutex(mutex);
 }
 
@@ -101,7 +102,7 @@ void releaseAllDeviceMutexes(PrinterObject& printer) {
         dropEntryMutex(entry);
         clearIdentity(entry);
     }
-    releasePageMutex(printer);
+    revokePageMutex(printer);
 }
 
 void closeAllDevices(PrinterObject& printer) {

@@ -17,7 +17,7 @@ struct DeviceEntry {
     const ControlLibrary* control = nullptr;   // the one that opened it
     PrinterId printerId{};
     PrinterLabel printerLabel{};
-    uint32_t opening = 0;  // goes up each time a device is opened in the entry
+    uint32_t opening = 0;  // no other opening of a device has this number; stays when the device is closed
     bool isNew = false;    // opened, but a search has not yet found out whether it is a printer
     platform::PipeHandle writePipe = 0;
     platform::PipeHandle readPipe = 0;
@@ -25,7 +25,7 @@ struct DeviceEntry {
 
 inline constinit std::array<DeviceEntry, deviceCount> deviceTable{};
 
-/// A leaf: nothing is waited for while it is held. Also guards every object's `pageMutex` and `pageDevice`.
+/// A leaf: nothing is waited for while it is held. Also guards every object's `pageMutex` and `pageOpening`.
 inline constinit platform::Lock deviceTableLock;
 using HoldingTable = platform::Holding<platform::Lock>;
 

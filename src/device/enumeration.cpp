@@ -10,6 +10,8 @@ namespace {
 
 constexpr uint32_t waitMilliseconds = 100;  // between two looks at whether a new device is still there
 
+constinit uint32_t openings = 0;  // of all devices; guarded by the API lock
+
 /// Where a device's interface path, such as \\?\usb#vid_5a2c&pid_0012#…, carries what is looked at.
 constexpr size_t nameCapacity = 1024;
 constexpr size_t prefixLength = 4;  // left out of the mutex name
@@ -21,8 +23,8 @@ struct DeviceName {
     std::string_view view() const { return text; }
 };
 
-bool readName(const DeviceEntry& entry, DeviceName& name) {
-    const bool read = entry.control->getDeviceName(entry.handle, name.text) == 1;
+bool readName(const ControlLibrary& control, DeviceHandle handle, DeviceName& name) {
+    const bool read = control.getDeviceName(handle, name.text) == 1;
     name.text[nameCapacity - 1] = '\0';
     return read;
 }
@@ -44,20 +46,38 @@ platform::NamedMutex* openMutexOf(const DeviceName& name) {
 }
 
 bool openPipes(DeviceEntry& entry, const Model& model) {
-    // A device that was swept away left its pipes in the entry.
-    closeReadPipe(entry);
-    closeWritePipe(entry);
     entry.readPipe = entry.control->getPipeHandle(entry.handle, 0, model.readPipe, 0);
     entry.writePipe = entry.control->getPipeHandle(entry.handle, 0, model.writePipe, 0);
     return entry.readPipe != platform::noPipe && entry.writePipe != platform::noPipe;
 }
 
+/// Devices that are gone left their pipes in the entries. They are closed before anything is opened, which may
+/// be given the same numbers.
+void closePipesOfLostDevices() {
+    for (DeviceEntry& entry : deviceTable) {
+        if (entry.handle != noDevice && entry.control->checkDevice(entry.handle) != 0) continue;
+        closeReadPipe(entry);
+        closeWritePipe(entry);
+    }
+}
+
 /// A device that is open already is not looked at again; its mutex is opened anew.
-bool refreshOpenDevice(DeviceEntry& entry) {
+bool refreshOpenDevice(DeviceEntry& entry, const ControlLibrary& control, DeviceHandle handle) {
     DeviceName name;
-    if (!readName(entry, name)) return false;
+    const bool named = readName(control, handle, name);
+    if (named) replaceEntryMutex(entry, openMutexOf(name));
+    entry.control = &control;
+    entry.handle = handle;
+    return named;
+}
+
+void enterNewDevice(DeviceEntry& entry, const ControlLibrary& control, DeviceHandle handle,
+                    const DeviceName& name) {
+    entry.control = &control;
+    entry.opening = ++openings;
     replaceEntryMutex(entry, openMutexOf(name));
-    return true;
+    entry.isNew = true;
+    entry.handle = handle;  // last: an entry with a device has its mutex
 }
 
 /// Waits for a new device's mutex, a while at a time. A thread of this process that holds it is not waited for:
@@ -68,6 +88,8 @@ bool waitAWhile(platform::NamedMutex* mutex, bool& obtained) {
     MutexWait wait = platform::waitForNamedMutex(mutex, 0);
     if (wait == MutexWait::timedOut) {
         if (platform::isOwnedByThisProcess(mutex)) return true;
+        platform::releaseClosedMutexes();  // the other process may be waiting for one of those
+        platform::releaseClosedMutexes();  // the other process may be waiting for one of those
         const AwayFromApiLock away(AwayFromApiLock::Admitted::everybody);
         wait = platform::waitForNamedMutex(mutex, waitMilliseconds);
     }
@@ -85,16 +107,12 @@ bool openIfPrinter(DeviceEntry& entry, const DeviceName& name) {
 /// Finds out about a new device, and holds its mutex while it does. During the wait another search may be
 /// faster, and the device may be closed.
 /// @return whether it is an open printer now.
-bool setUpNewDevice(DeviceEntry& entry) {
-    DeviceName name;
-    readName(entry, name);
-    if (!entry.isNew) replaceEntryMutex(entry, openMutexOf(name));
-    entry.isNew = true;
-    const uint32_t generation = deviceTableGeneration;
+bool setUpNewDevice(DeviceEntry& entry, const DeviceName& name) {
+    const uint32_t opening = entry.opening;
     platform::NamedMutex* mutex = shareEntryMutex(entry);
     bool obtained = false;
-    while (entry.isNew && generation == deviceTableGeneration && !waitAWhile(mutex, obtained)) continue;
-    const bool stillThere = generation == deviceTableGeneration && entry.handle != noDevice;
+    while (entry.isNew && entry.opening == opening && !waitAWhile(mutex, obtained)) continue;
+    const bool stillThere = entry.opening == opening && entry.handle != noDevice;
     const bool isOurs = stillThere && entry.isNew;
     const bool found = isOurs ? openIfPrinter(entry, name) : stillThere;
     if (isOurs) entry.isNew = false;
@@ -117,18 +135,18 @@ DeviceHandle probe(PrinterObject& printer, uint32_t deviceNumber, uint16_t& open
         return noDevice;
     }
     DeviceEntry& entry = deviceTable[handle];
-    if (!wasOpen) ++entry.opening;
-    entry.handle = handle;
-    entry.control = printer.control;
-    // One that is new and open is being waited for by another search.
-    const bool found = wasOpen && !entry.isNew ? refreshOpenDevice(entry) : setUpNewDevice(entry);
-    return found ? handle : noDevice;
+    if (wasOpen && !entry.isNew) return refreshOpenDevice(entry, control, handle) ? handle : noDevice;
+    DeviceName name;
+    readName(control, handle, name);
+    if (!wasOpen) enterNewDevice(entry, control, handle, name);  // otherwise another search waits for it
+    return setUpNewDevice(entry, name) ? handle : noDevice;
 }
 
 }  // namespace
 
 uint32_t enumeratePrinters(PrinterObject& printer, uint8_t* list) {
     if (printer.control == nullptr) return 0;
+    closePipesOfLostDevices();
     const uint32_t generation = deviceTableGeneration;
     uint32_t found = 0;
     uint16_t openedCount = 0;

@@ -69,10 +69,8 @@ struct PrinterObject {
     UpdateSession update;
     uint16_t scanLimit = deviceCount;  // device numbers that an enumeration probes
     uint16_t openedCount = 0;          // devices that the last enumeration opened
-    // What the last page start reserved, where in the device table, and in which opening of that entry; guarded
-    // by deviceTableLock.
+    // What the last page start reserved, and at which opening of the device; guarded by deviceTableLock.
     platform::NamedMutex* pageMutex = nullptr;
-    uint8_t pageDevice = noDeviceIndex;
     uint32_t pageOpening = 0;
     uint32_t uses = 0;  // holders of this object; guarded by the object table
 };

@@ -1,5 +1,6 @@
 #include "device/reservation.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "device/api_lock.h"
@@ -67,6 +68,13 @@ bool isSelected(const std::atomic<uint8_t>& deviceIndex, NamedMutex* mutex) {
     return entry != nullptr && entry->mutex == mutex;
 }
 
+/// False when the device was unplugged since, though it be open again.
+bool isStillOpen(uint32_t opening) {
+    return std::any_of(deviceTable.begin(), deviceTable.end(), [=](const DeviceEntry& entry) {
+        return entry.opening == opening && entry.handle != noDevice;
+    });
+}
+
 }  // namespace
 
 Reservation::~Reservation() {
@@ -76,15 +84,13 @@ Reservation::~Reservation() {
 
 void Reservation::keepForPage(PrinterObject& printer) {
     NamedMutex* former = std::exchange(mutex_, nullptr);
-    const uint8_t device = printer.deviceIndex;
+    const DeviceEntry* entry = openEntry(printer.deviceIndex);
+    const uint32_t opening = entry != nullptr ? entry->opening : 0;
     bool wasUnplugged = false;
     {
         const HoldingTable lock(deviceTableLock);
-        const uint32_t opening = device < deviceCount ? deviceTable[device].opening : 0;
-        wasUnplugged =
-            former == printer.pageMutex && (printer.pageDevice != device || printer.pageOpening != opening);
+        wasUnplugged = former == printer.pageMutex && printer.pageOpening != opening;
         std::swap(former, printer.pageMutex);
-        printer.pageDevice = device;
         printer.pageOpening = opening;
     }
     // The same printer has come back as another device: the page that it lost has nothing to keep any more.
@@ -94,8 +100,11 @@ void Reservation::keepForPage(PrinterObject& printer) {
 
 Reservation reserve(const std::atomic<uint8_t>& deviceIndex) {
     for (;;) {
-        if (openEntry(deviceIndex) == nullptr) return {nullptr, failure(ZPRUSB_NO_PRINTER)};
         NamedMutex* mutex = shareSelectedMutex(deviceIndex);
+        if (openEntry(deviceIndex) == nullptr) {  // looked at last, as a sweep may come in between
+            platform::closeNamedMutex(mutex);
+            return {nullptr, failure(ZPRUSB_NO_PRINTER)};
+        }
         const MutexWait wait = waitForPrinter(mutex);
         const Result result = resultOfWait(wait);
         if (result && isSelected(deviceIndex, mutex)) return {mutex, result};
@@ -125,8 +134,7 @@ void dropLostPage(PrinterObject& printer) {
     NamedMutex* lost = nullptr;
     {
         const HoldingTable lock(deviceTableLock);
-        const DeviceEntry* entry = openEntry(printer.pageDevice);
-        if (entry == nullptr || entry->opening != printer.pageOpening) std::swap(lost, printer.pageMutex);
+        if (!isStillOpen(printer.pageOpening)) std::swap(lost, printer.pageMutex);
     }
     platform::revokeNamedMutex(lost);
     platform::closeNamedMutex(lost);

@@ -47,8 +47,8 @@ void releasePage(PrinterObject& printer);
 /// is selected any more.
 void releaseSection(PrinterObject& printer);
 
-/// Takes the printer back from the object's page, whichever thread that is of, if the printer is gone from the
-/// device table or has been opened anew.
+/// Takes the printer back from the object's page if the printer was unplugged since, whichever thread the page
+/// is of.
 void dropLostPage(PrinterObject& printer);
 
 }  // namespace device

@@ -63,6 +63,15 @@ int holdPrinter(const std::string& folder, bool shared) {
     return 0;
 }
 
+/// Tells what it has found, and ends the page that was lost.
+int replugAndSearch() {
+    for (const unsigned printer : {0, 1}) zprusbsim_unplug(printer);
+    for (const unsigned printer : {0, 1}) zprusbsim_plug(printer);
+    const size_t found = listPrinters().size();
+    zprusb_endpage(nullptr);
+    return static_cast<int>(found);
+}
+
 struct Processes : testing::Test {
     std::string pathText() const {
         const std::u8string path = folder.path.u8string();
@@ -96,6 +105,17 @@ int shareThePrinters(const std::string& folder) {
     }
 }
 
+int searchForBothPrinters(const std::string& folder) {
+    connectPrinters(2, std::u8string(folder.begin(), folder.end()), true);
+    if (zprusb_open(nullptr) == 0) return 0;
+    zprusb_selectPrinter(1, nullptr);
+    uint16_t code = 0;
+    zprusb_checkMediaInfo(0xF1, 85, 85, &code);
+    std::cout << (zprusb_startpage(nullptr, &code) != 0 ? "holds" : "failed") << std::endl;
+    std::cin.get();
+    return replugAndSearch();
+}
+
 int holdASharedPrinter(const std::string& folder) {
     return holdPrinter(folder, true);
 }
@@ -114,6 +134,19 @@ TEST_F(Processes, haveAPrinterInCommonOnlyWhenItsSerialIsConfigured) {
         zprusb_close();
         folder.removeMutexes();
     }
+}
+
+TEST_F(Processes, findPrintersOnWhichEachOfThemHadAPageWhenTheyWereUnplugged) {
+    connectPrinters(2, folder.path, true);
+    EXPECT_EQ(codeOf(zprusb_open), ZPRUSB_SUCCESS);
+    test::ChildProcess other(test::ownProgram(), {"search", pathText()});
+    EXPECT_EQ(other.readLine(), "holds");
+    uint16_t code = 0;
+    EXPECT_EQ(zprusb_checkMediaInfo(0xF1, 85, 85, &code) & zprusb_startpage(nullptr, &code), 1u) << code;
+    other.closeInput();
+    EXPECT_EQ(replugAndSearch(), 2);
+    EXPECT_EQ(other.exitStatus(), 2);
+    zprusb_close();
 }
 
 TEST_F(Processes, neverHaveAPrinterTogetherHoweverOftenTheyAreKilled) {

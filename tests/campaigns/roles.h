@@ -12,6 +12,10 @@ int shareThePrinters(const std::string& folder);
 int holdASharedPrinter(const std::string& folder);
 int holdItsOwnPrinter(const std::string& folder);
 
+/// Opens a page on the second printer of the page folder, and tells that. When its input ends, both printers
+/// are plugged in anew, and it looks for them.
+int searchForBothPrinters(const std::string& folder);
+
 /// Ends the process while the library is in the state of that name.
 int endInState(const std::string& state);
 
@@ -21,4 +25,5 @@ constexpr struct Role {
 } roles[] = {{"share", shareThePrinters},
              {"hold shared", holdASharedPrinter},
              {"hold own", holdItsOwnPrinter},
+             {"search", searchForBothPrinters},
              {"end", endInState}};

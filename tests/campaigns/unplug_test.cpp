@@ -1,4 +1,5 @@
 // The printer is unplugged before, during and after every step of a page.
+#include <thread>
 #include <vector>
 
 #include "campaign.h"
@@ -75,4 +76,17 @@ TEST_F(Unplugged, withinAnyExchangeOrTheDataOfAPageItIsFoundAgain) {
         zprusbsim_clearFaults(0);
         expectRecovery();
     }
+}
+
+TEST(Unplugging, hidesNoPrinterFromTheSearchThatFollows) {
+    const PageFolder folder;
+    connectPrinters(2, folder.path);
+    EXPECT_EQ(codeOf(zprusb_open), ZPRUSB_SUCCESS);
+    for (const int milliseconds : {0, 500}) {  // the latter for the library to notice
+        for (const unsigned printer : {0, 1}) zprusbsim_unplug(printer);
+        std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+        for (const unsigned printer : {0, 1}) zprusbsim_plug(printer);
+        EXPECT_EQ(listPrinters(), (std::vector<uint8_t>{0, 1})) << milliseconds;
+    }
+    zprusb_close();
 }

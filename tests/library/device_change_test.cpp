@@ -7,6 +7,7 @@
 #include "open_printer.h"
 #include "operations.h"
 #include "platform/thread.h"
+#include "support/latch.h"
 
 namespace {
 
@@ -107,34 +108,51 @@ TEST_F(PluggedPrinters, areFreeAgainThoughAPageWasOpenWhenTheyWereUnplugged) {
     const uint8_t data = 0;
     const uint32_t length = 1;
     // What the page's owner does then: nothing at all, what it always did, or a new page.
-    const std::function<void(bool)> endings[] = {
-        [](bool) {},
-        [&](bool noticed) {
-            // The object is the listing thread's as well, which takes the pipes of a new opening.
-            EXPECT_EQ(codeOf(zprusb_write, &data, &length), noticed ? ZPRUSB_COMMUNICATION : ZPRUSB_SUCCESS);
+    const std::function<void()> endings[] = {
+        [] {},
+        [&] {
+            zprusb_write(&data, &length, nullptr);
             EXPECT_EQ(codeOf(zprusb_endpage), ZPRUSB_SUCCESS);
         },
-        [](bool) {
+        [] {
             EXPECT_EQ(zprusb_selectPrinter(0, nullptr), 0u);
             EXPECT_EQ(codeOf(zprusb_startpage, nullptr), ZPRUSB_SUCCESS);
             EXPECT_EQ(codeElsewhere(zprusb_status), ZPRUSB_PRINTER_BUSY);
             EXPECT_EQ(codeOf(zprusb_endpage), ZPRUSB_SUCCESS);
         },
     };
-    size_t round = 0;
-    for (const auto& end : endings) {
-        for (const bool noticed : {true, false}) {
-            zprusb_selectPrinter(0, nullptr);
-            EXPECT_EQ(codeOf(zprusb_startpage, nullptr), ZPRUSB_SUCCESS);
-            noticed ? unplug(0, ++round) : bus[0].unplug();
-            bus[0].plugIn();  // at once when it isn't noticed: the device is opened in the entry that it had
-            if (!noticed) bus[0].close();
-            std::jthread([] { EXPECT_EQ(listPrinters(), (Bytes{0, 1})); }).join();
-            end(noticed);
-            EXPECT_EQ(zprusb_selectPrinter(0, nullptr), 0u);
-            EXPECT_EQ(codeElsewhere(zprusb_status), ZPRUSB_SUCCESS) << round;
-        }
+    for (size_t round = 0; round < 2 * std::size(endings); ++round) {
+        zprusb_selectPrinter(0, nullptr);
+        EXPECT_EQ(codeOf(zprusb_startpage, nullptr), ZPRUSB_SUCCESS);
+        const bool isNoticed = round % 2 != 0;
+        isNoticed ? unplug(0, round / 2 + 1) : bus[0].unplug();
+        bus[0].plugIn();
+        std::jthread([] { EXPECT_EQ(listPrinters(), (Bytes{0, 1})); }).join();
+        endings[round / 2]();
+        EXPECT_EQ(zprusb_selectPrinter(0, nullptr), 0u);
+        EXPECT_EQ(codeElsewhere(zprusb_status), ZPRUSB_SUCCESS) << round;
     }
+}
+
+TEST_F(PluggedPrinters, areFreeAfterTheLastCloseThoughAnotherThreadWaitsForOneThatHasAPage) {
+    Latch started(1), done(1);
+    std::jthread owner([&] {
+        EXPECT_EQ(codeOf(zprusb_startpage, nullptr), ZPRUSB_SUCCESS);
+        started.countDown();
+        done.wait();
+        EXPECT_EQ(codeOf(zprusb_endpage), ZPRUSB_SUCCESS);
+    });
+    started.wait();
+    std::jthread waiting([] {
+        uint8_t answer[ZPRUSB_MAINTENANCE_READ_SIZE];
+        EXPECT_EQ(codeOf(zprusb_readRaw, answer), ZPRUSB_NO_PRINTER);
+    });
+    platform::sleepMilliseconds(50);
+    zprusb_close();
+    EXPECT_EQ(codeOf(zprusb_open), ZPRUSB_SUCCESS);
+    waiting.join();
+    EXPECT_EQ(codeOf(zprusb_status), ZPRUSB_SUCCESS);
+    done.countDown();
 }
 
 TEST_F(PluggedPrinters, areReleasedByEndingThePageOnTwoThreadsAtOnceThoughTheyAreGone) {

@@ -94,6 +94,7 @@ size_t FakeDevice::countRequests(CommandId command) {
 
 void FakeDevice::unplug() {
     present = false;
+    open_ = false;
     for (const Connection& connection : connections_) {
         for (const FakePipe& pipe : connection.pipes) hangUp(pipe.testEnd);
     }

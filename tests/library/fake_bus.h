@@ -60,8 +60,6 @@ public:
     /// Ends the pipes: the library's reads and writes fail from now on.
     void unplug();
     void plugIn() { present = true; }
-    /// As when the device was away for a moment: the control library has it open no more.
-    void close() { open_ = false; }
 
     std::string path;
     uint64_t handle;

@@ -73,6 +73,21 @@ TEST(Opening, waitsForAPrinterOfAnotherProcessAndKeepsNoOtherCallWaiting) {
     zprusb_close();
 }
 
+TEST(Opening, findsAllPrintersThoughAnotherThreadListsThemMeanwhile) {
+    FakeBus bus(2);
+    BusyProcess process;
+    std::jthread other([&] {
+        while (bus.countCalls("Open 0") == 0) std::this_thread::yield();
+        std::jthread listing([] { EXPECT_EQ(listPrinters(), (Bytes{0, 1})); });
+        platform::sleepMilliseconds(30);
+        process.endPage();
+    });
+    EXPECT_EQ(codeOf(zprusb_open), ZPRUSB_SUCCESS);
+    other.join();
+    EXPECT_EQ(listPrinters(), (Bytes{0, 1}));
+    zprusb_close();
+}
+
 TEST(Opening, isGivenUpWhenTheLibraryIsClosedMeanwhile) {
     FakeBus bus;
     BusyProcess process;
