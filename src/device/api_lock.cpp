@@ -11,6 +11,7 @@ using HoldingGate = platform::Holding<platform::Lock>;
 
 constexpr uint32_t nobody = 0;  // no thread's identifier
 constexpr uint32_t stopLookMilliseconds = 20;
+constexpr uint32_t longestRow = 32;  // of privileged threads, while others wait
 
 }  // namespace
 
@@ -55,12 +56,21 @@ bool ApiLock::enterAs(uint32_t thread, bool privileged, const std::atomic<bool>*
     return waiter.admitted;
 }
 
+/// Whose turn it is. Owners of printers that never pause don't keep the others out for ever.
+bool ApiLock::isTurnOfPrivileged() {
+    const bool othersCould = others_.first != nullptr && lenders_ == 0;
+    const bool isTheirs = privileged_.first != nullptr && !(othersCould && row_ >= longestRow);
+    row_ = isTheirs && othersCould ? row_ + 1 : 0;
+    return isTheirs;
+}
+
 /// Admits the next one, with the gate held.
 void ApiLock::passOn() {
-    Queue& queue = privileged_.first != nullptr ? privileged_ : others_;
-    Waiter* next = queue.first;
     holder_ = nobody;
-    if (next == nullptr || !mayEnter(&queue == &privileged_)) return;
+    const bool privileged = isTurnOfPrivileged();
+    Queue& queue = privileged ? privileged_ : others_;
+    Waiter* next = queue.first;
+    if (next == nullptr || !mayEnter(privileged)) return;
     queue.remove(*next);
     take(next->thread);
     next->admitted = true;
@@ -77,7 +87,7 @@ void ApiLock::enter() {
 }
 
 bool ApiLock::enterUnless(const std::atomic<bool>& stop) {
-    return enterAs(platform::currentThreadId(), false, &stop);
+    return enterAs(platform::currentThreadId(), true, &stop);
 }
 
 void ApiLock::leave() {
@@ -98,7 +108,7 @@ AwayFromApiLock::~AwayFromApiLock() {
     if (depth_ == 0) return;
     // Whoever admitted owners only comes back as one of them.
     const bool lent = admitted_ == Admitted::ownersOfPrinters;
-    apiLock.enterAs(platform::currentThreadId(), lent, nullptr);
+    apiLock.enterAs(platform::currentThreadId(), lent || platform::threadOwnsNamedMutex(), nullptr);
     const HoldingGate gate(apiLock.gate_);
     if (lent) --apiLock.lenders_;
     apiLock.depth_ = depth_;

@@ -10,8 +10,9 @@ namespace device {
 /// Serialises the entry points, the transfers on worker threads and the handling of device changes. A thread
 /// that holds it may enter it again, and has to leave it as often as it entered.
 ///
-/// Threads get it in the order in which they came, but those that own a printer before all others: a printer
-/// whose page or exchange is under way doesn't wait long for its next bytes.
+/// Threads get it in the order in which they came, but those that own a printer before the others: a printer
+/// whose page or exchange is under way doesn't wait long for its next bytes. After some of them in a row it is
+/// the turn of one of the others.
 ///
 /// Nobody waits for a printer while holding it: see AwayFromApiLock. So it may be entered before a printer's
 /// named mutex is waited for as well as after.
@@ -23,7 +24,7 @@ public:
 
     void enter();
 
-    /// Gives up soon after `stop` has been set.
+    /// For the handling of device changes: as an owner of a printer. Gives up soon after `stop` has been set.
     /// @return whether the calling thread has the lock now.
     bool enterUnless(const std::atomic<bool>& stop);
 
@@ -52,6 +53,7 @@ private:
     void take(uint32_t thread);
     void wait(Waiter& waiter, Queue& queue, const std::atomic<bool>* stop);
     bool enterAs(uint32_t thread, bool privileged, const std::atomic<bool>* stop);
+    bool isTurnOfPrivileged();
     void passOn();
 
     platform::Lock gate_;  // a leaf; guards all that follows
@@ -59,6 +61,7 @@ private:
         0};  // thread identifier; read by any thread, which can mistake no other's for its own
     uint32_t depth_ = 0;
     uint32_t lenders_ = 0;  // threads that are away and admit owners of printers only
+    uint32_t row_ = 0;      // privileged threads that were admitted while others waited
     Queue privileged_;
     Queue others_;
 };

@@ -15,6 +15,12 @@ uint8_t findIndex(const PrinterObject& printer, Identity DeviceEntry::*field, co
     return noDeviceIndex;
 }
 
+/// Not before a search has found out about it.
+bool isSelectable(uint32_t index) {
+    const DeviceEntry* entry = openEntry(index);
+    return entry != nullptr && !entry->isNew;
+}
+
 }  // namespace
 
 void usePrinter(PrinterObject& printer, uint8_t index) {
@@ -25,7 +31,7 @@ void usePrinter(PrinterObject& printer, uint8_t index) {
 
 Result selectByNumber(PrinterObject& printer, uint8_t number) {
     const bool asks = number == noDeviceIndex;
-    if (openEntry(asks ? printer.deviceIndex.load() : number) == nullptr) return failure(ZPRUSB_NOT_SELECTABLE);
+    if (!isSelectable(asks ? printer.deviceIndex.load() : number)) return failure(ZPRUSB_NOT_SELECTABLE);
     if (asks) return done;
     printer.page.printOption20 = 1;
     usePrinter(printer, number);
@@ -37,7 +43,7 @@ Result selectByLabel(PrinterObject& printer, const char* label) {
     PrinterLabel wanted;
     std::copy_n(label, wanted.size(), wanted.begin());
     const uint8_t index = findIndex(printer, &DeviceEntry::printerLabel, wanted);
-    if (openEntry(index) == nullptr) return failure(ZPRUSB_NOT_SELECTABLE);
+    if (!isSelectable(index)) return failure(ZPRUSB_NOT_SELECTABLE);
     usePrinter(printer, index);
     printer.selectedPrinterLabel = wanted;
     return done;
@@ -47,7 +53,7 @@ Result selectById(PrinterObject& printer, const PrinterId& id) {
     const bool asks = id == filledPrinterId(0xFF);
     const uint8_t index = asks ? printer.deviceIndex.load() : findIndex(printer, &DeviceEntry::printerId, id);
     if (asks && index < deviceCount) printer.selectedPrinterId = deviceTable[index].printerId;
-    if (openEntry(index) == nullptr) return failure(ZPRUSB_NOT_SELECTABLE);
+    if (!isSelectable(index)) return failure(ZPRUSB_NOT_SELECTABLE);
     if (asks) return done;
     usePrinter(printer, index);
     printer.selectedPrinterId = id;
