@@ -127,6 +127,10 @@ bool PayloadRule::countIsRight(ByteView payload) const {
     return countAt == notCounted || payload.size() == least + payload[countAt];
 }
 
+std::span<const Command> allCommands() {
+    return commands;
+}
+
 const Command* findCommand(uint16_t id) {
     const auto found = std::ranges::find(commands, id, &Command::id);
     return found == std::end(commands) ? nullptr : found;

@@ -53,6 +53,8 @@ struct Command {
     FixedBytes fixed{};
 };
 
+std::span<const Command> allCommands();
+
 /// @return null when there is no such command.
 const Command* findCommand(uint16_t id);
 const Command* findCommand(std::string_view name);

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdio>
+#include <fstream>
+#include <iterator>
 #include <limits>
 #include <set>
 
@@ -74,10 +76,17 @@ std::string readSerial(JsonReader& reader, size_t index) {
     return "SIMULATED" + serial;
 }
 
+// The rule for a key that takes one of these names.
+std::string oneOf(const auto& named) {
+    std::string names;
+    for (const auto& each : named) names += (names.empty() ? "" : ", ") + std::string(each.name);
+    return "must be one of " + names;
+}
+
 Status readCondition(JsonReader& reader) {
     const std::string name = reader.text("condition", "ready");
     const auto status = statusOf(name, byteOf(reader, "errorGroup", 0), byteOf(reader, "errorDetail", 0));
-    if (!status) reader.refuse("condition", "must be the name of a condition");
+    if (!status) reader.refuse("condition", oneOf(conditions));
     return *status;
 }
 
@@ -159,7 +168,7 @@ void readMoment(JsonReader& reader, Fault& fault) {
     const std::string name = reader.text("command");
     if (name == "any") return;
     const Command* command = findCommand(name);
-    if (command == nullptr) reader.refuse("command", "must be the name of a command or \"any\"");
+    if (command == nullptr) reader.refuse("command", oneOf(allCommands()) + ", or \"any\"");
     fault.command = command->id;
 }
 
@@ -172,7 +181,7 @@ uint32_t readOccurrence(JsonReader& reader, const Json& json) {
 void readAction(JsonReader& reader, Fault& fault) {
     const std::string name = reader.text("action");
     const auto found = std::ranges::find(actions, name, &ActionName::name);
-    if (found == std::end(actions)) reader.refuse("action", "must be the name of an action");
+    if (found == std::end(actions)) reader.refuse("action", oneOf(actions));
     if (fault.imageByte && !found->withinData) reader.refuse("action", "needs a command");
     constexpr uint32_t longestAnswer = 2048;
     fault.action = found->action;
@@ -184,11 +193,16 @@ void readAction(JsonReader& reader, Fault& fault) {
     }
 }
 
+uint32_t readPrinterNumber(JsonReader& reader, size_t printers) {
+    const uint32_t number = reader.number("printer", 0, anyByte, 0);
+    if (number >= printers) reader.refuse("printer", "must be the number of a printer");
+    return number;
+}
+
 Fault readFault(const Json& json, const std::string& place, size_t printers) {
     JsonReader reader(json, place);
     Fault fault;
-    fault.printer = reader.number("printer", 0, anyByte, 0);
-    if (fault.printer >= printers) reader.refuse("printer", "must be the number of a printer");
+    fault.printer = readPrinterNumber(reader, printers);
     readMoment(reader, fault);
     fault.occurrence = readOccurrence(reader, json);
     readAction(reader, fault);
@@ -196,17 +210,67 @@ Fault readFault(const Json& json, const std::string& place, size_t printers) {
     return fault;
 }
 
-std::filesystem::path folderOf(const std::string& utf8) {
-    return std::filesystem::absolute(std::u8string(utf8.begin(), utf8.end()));
+Change readChange(JsonReader& reader, size_t printers) {
+    Change change;
+    change.printer = readPrinterNumber(reader, printers);
+    if (reader.has("condition") || reader.has("errorGroup") || reader.has("errorDetail")) {
+        reader.text("condition");
+        change.condition = readCondition(reader);
+    }
+    change.statusFlags = readStatusFlags(reader);
+    if (reader.has("plugged")) change.plugged = reader.flag("plugged", true);
+    reader.finish();
+    return change;
+}
+
+std::vector<TimedChange> readTimeline(JsonReader& reader, size_t printers) {
+    std::vector<TimedChange> timeline;
+    const Json* list = reader.list("timeline", 1000);
+    for (size_t i = 0; list != nullptr && i < list->size(); ++i) {
+        JsonReader element((*list)[i], reader.placeOf("timeline", i));
+        const std::chrono::milliseconds after = element.seconds("after");
+        timeline.push_back({after, readChange(element, printers)});
+    }
+    std::ranges::stable_sort(timeline, {}, &TimedChange::after);
+    return timeline;
+}
+
+std::filesystem::path readOutputFolder(JsonReader& reader) {
+    namespace fs = std::filesystem;
+    const std::string utf8 = reader.text("output", "printed");
+    if (utf8.empty()) reader.refuse("output", "must not be empty");
+    std::error_code error;
+    const fs::path folder = fs::absolute(std::u8string(utf8.begin(), utf8.end()), error);
+    if (error) reader.refuse("output", "can't be found, as the current directory is gone");
+    const fs::file_status status = fs::status(folder, error);
+    if (fs::exists(status) && !fs::is_directory(status)) reader.refuse("output", "is no folder");
+    return folder;
 }
 
 }  // namespace
+
+std::string readConfigurationFile(const std::filesystem::path& path) {
+    constexpr size_t largest = 1 << 20;
+    std::error_code ignored;
+    const std::filesystem::file_status status = std::filesystem::status(path, ignored);
+    // A pipe is what a shell makes of the output of another program.
+    if (exists(status) && !is_regular_file(status) && !is_fifo(status))
+        throw ConfigurationError("it is no file but a folder or a device");
+    std::ifstream file(path, std::ios::binary);
+    if (!file) throw ConfigurationError("the file can't be read");
+    std::string text(largest + 1, '\0');
+    file.read(text.data(), static_cast<std::streamsize>(text.size()));
+    text.resize(static_cast<size_t>(file.gcount()));
+    if (file.bad()) throw ConfigurationError("the file can't be read");
+    if (text.size() > largest) throw ConfigurationError("the file is larger than 1 MiB");
+    return text;
+}
 
 Configuration parseConfiguration(const std::string& text) {
     const Json json = parseJson(text);
     JsonReader reader(json, "");
     PrinterSetup common;
-    common.outputFolder = folderOf(reader.text("output", "printed"));
+    common.outputFolder = readOutputFolder(reader);
     common.dataTimeout = reader.seconds("dataTimeoutSeconds", common.dataTimeout);
     Configuration configuration;
     configuration.printers = readPrinters(reader, common);
@@ -216,6 +280,7 @@ Configuration parseConfiguration(const std::string& text) {
             configuration.faults.push_back(readFault((*faults)[i], place, configuration.printers.size()));
         }
     }
+    configuration.timeline = readTimeline(reader, configuration.printers.size());
     reader.finish();
     return configuration;
 }
@@ -223,6 +288,12 @@ Configuration parseConfiguration(const std::string& text) {
 Fault parseFault(const std::string& text, size_t printers) {
     const Json json = parseJson(text);
     return readFault(json, "", printers);
+}
+
+Change parseChange(const std::string& text, size_t printers) {
+    const Json json = parseJson(text);
+    JsonReader reader(json, "");
+    return readChange(reader, printers);
 }
 
 }  // namespace simulator

@@ -1,14 +1,39 @@
 #include "json_reader.h"
 
 #include <algorithm>
+#include <memory>
+#include <vector>
 
 #include "configuration.h"
 
 namespace simulator {
 
+namespace {
+
+/// Refuses an object that has a key twice, where the parser would keep the last one.
+class KeyCheck {
+public:
+    bool operator()(int, Json::parse_event_t event, const Json& parsed) {
+        if (event == Json::parse_event_t::object_start) open_.emplace_back();
+        if (event == Json::parse_event_t::object_end) open_.pop_back();
+        if (event == Json::parse_event_t::key && !open_.back().insert(parsed.get<std::string>()).second)
+            throw ConfigurationError(parsed.get<std::string>() + " stands twice in one object");
+        return true;
+    }
+
+private:
+    std::vector<std::set<std::string>> open_;  // the keys of each object that is being read
+};
+
+}  // namespace
+
 Json parseJson(const std::string& text) {
     try {
-        return Json::parse(text);
+        // The parser copies what it calls.
+        return Json::parse(text,
+                           [check = std::make_shared<KeyCheck>()](auto... step) { return (*check)(step...); });
+    } catch (const Json::out_of_range&) {
+        throw ConfigurationError("a number in it is too large");
     } catch (const Json::parse_error& error) {
         const auto end = text.begin() + static_cast<ptrdiff_t>(std::min(error.byte, text.size()));
         const auto line = 1 + std::count(text.begin(), end, '\n');

@@ -13,7 +13,8 @@ namespace simulator {
 
 using Json = nlohmann::json;
 
-/// @throws ConfigurationError naming the line, when the text is no JSON.
+/// @throws ConfigurationError when the text is no JSON, naming the line, and when a key stands twice in an
+/// object.
 Json parseJson(const std::string& text);
 
 /// Reads the keys of one object. A key without a default has to be there. All functions throw a

@@ -1,7 +1,6 @@
 #include "page.h"
 
 #include <algorithm>
-#include <cstdio>
 
 #include "page_file.h"
 
@@ -49,14 +48,13 @@ void endPage(Printer& printer, const Page& page, const std::filesystem::path& pi
 }
 
 void finishPage(Printer& printer, const Page& page, const Bytes& pixels, size_t arrived) {
-    std::filesystem::path picture;
     try {
-        picture = writePage(printer.setup, page, pixels, arrived);
+        const std::filesystem::path picture = writePage(printer.setup, page, pixels, arrived);
+        endPage(printer, page, picture, arrived == pixels.size());
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "Simulated printer %s can't write a page: %s\n", printer.setup.serial.c_str(),
-                     error.what());
+        breakDown(printer, "write a page", error);
+        endPage(printer, page, {}, false);
     }
-    endPage(printer, page, picture, arrived == pixels.size());
 }
 
 Reply startPage(Printer& printer, const Page& page) {

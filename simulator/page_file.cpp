@@ -2,14 +2,11 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <fstream>
-#include <random>
-#include <stdexcept>
 
 #include <nlohmann/json.hpp>
 
+#include "hidden_file.h"
 #include "png.h"
-#include "system.h"
 
 namespace simulator {
 namespace {
@@ -61,33 +58,6 @@ nlohmann::ordered_json dataSheet(const PrinterSetup& printer, const Page& page, 
     return sheet;
 }
 
-// A file that nobody sees until it is moved to its name, and that is gone if it never was.
-class HiddenFile {
-public:
-    HiddenFile(const fs::path& folder, const char* bytes, size_t size) : path_(folder / unusedName()) {
-        std::ofstream file(path_, std::ios::binary);
-        file.write(bytes, static_cast<std::streamsize>(size));
-        file.close();
-        if (!file) throw std::runtime_error("the output folder takes no file");
-    }
-    HiddenFile(const HiddenFile&) = delete;
-    HiddenFile& operator=(const HiddenFile&) = delete;
-    ~HiddenFile() {
-        std::error_code ignored;
-        fs::remove(path_, ignored);
-    }
-
-    bool moveTo(const fs::path& name) const { return moveToFreeName(path_, name); }
-
-private:
-    static std::string unusedName() {
-        std::random_device random;
-        return ".page-" + std::to_string(random()) + "-" + std::to_string(random());
-    }
-
-    fs::path path_;
-};
-
 }  // namespace
 
 fs::path writePage(const PrinterSetup& printer, const Page& page, const Bytes& pixels, size_t arrived) {
@@ -95,12 +65,12 @@ fs::path writePage(const PrinterSetup& printer, const Page& page, const Bytes& p
     fs::create_directories(folder);
     const Bytes png = encodePng(pixels, pixelsOf(page.width), pixelsOf(page.length));
     const std::string text = dataSheet(printer, page, pixels.size(), arrived).dump(4) + "\n";
-    const HiddenFile picture(folder, reinterpret_cast<const char*>(png.data()), png.size());
+    const HiddenFile picture(folder, png.data(), png.size());
     const HiddenFile sheet(folder, text.data(), text.size());
     for (uint32_t number = highestNumber(folder) + 1;; ++number) {
         const fs::path name = folder / numberedName(number);
-        if (!picture.moveTo(fs::path(name).concat(".png"))) continue;
-        sheet.moveTo(fs::path(name).concat(".json"));
+        if (!picture.moveToFree(fs::path(name).concat(".png"))) continue;
+        sheet.moveToFree(fs::path(name).concat(".json"));
         return fs::path(name).concat(".png");
     }
 }

@@ -1,6 +1,7 @@
 #include "printer.h"
 
 #include <algorithm>
+#include <cstdio>
 
 namespace simulator {
 namespace {
@@ -8,6 +9,9 @@ namespace {
 // Each counts prints; what else a real printer's counters count, its maker knows.
 constexpr std::array<uint8_t, counterCount> counterAddresses{0x60, 0x64, 0xA4, 0x68, 0x6C, 0xF8, 0xFC};
 constexpr size_t counterSize = 4;
+
+// Group and detail of an error that nobody can clear at the printer itself.
+constexpr Status cannotPrint{statusDeviceError, 1, 0};
 
 constexpr size_t errorLogEntries = 20;
 constexpr size_t keptRequests = 1000;
@@ -67,6 +71,13 @@ std::array<uint32_t, counterCount> Printer::counters() const {
     std::ranges::transform(counterAddresses, values.begin(),
                            [&](uint8_t address) { return numberAt(memory, address, counterSize); });
     return values;
+}
+
+void breakDown(Printer& printer, const char* deed, const std::exception& error) {
+    std::fprintf(stderr, "Simulated printer %s can't %s: %s\n", printer.setup.serial.c_str(), deed,
+                 error.what());
+    const std::lock_guard lock(printer.mutex);
+    printer.setCondition(cannotPrint);
 }
 
 void Printer::rememberRequest(const Bytes& request) {

@@ -6,6 +6,7 @@
 #include <condition_variable>
 #include <cstdint>
 #include <deque>
+#include <exception>
 #include <filesystem>
 #include <map>
 #include <mutex>
@@ -145,5 +146,9 @@ struct Printer {
     std::array<uint32_t, counterCount> counters() const;
     void rememberRequest(const Bytes& request);
 };
+
+/// What a printer has to write can't be written: says so on standard error, and from now on the printer reports
+/// a device error, as one does that could not print.
+void breakDown(Printer& printer, const char* deed, const std::exception& error);
 
 }  // namespace simulator

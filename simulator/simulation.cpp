@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <fstream>
-#include <iterator>
 
+#include "local_socket.h"
+#include "remote.h"
 #include "system.h"
 
 namespace simulator {
@@ -18,10 +18,7 @@ constexpr const char* foreignDigits = "vid_ffff&pid_0001";
 
 std::string configurationText() {
     const auto path = pathFromEnvironment("ZPRUSB_SIMULATOR");
-    if (!path) return "{}";
-    std::ifstream file(*path, std::ios::binary);
-    if (!file) throw ConfigurationError("the file can't be read");
-    return {std::istreambuf_iterator<char>(file), {}};
+    return path ? readConfigurationFile(*path) : "{}";
 }
 
 bool isPresent(Printer& printer) {
@@ -29,9 +26,11 @@ bool isPresent(Printer& printer) {
     return printer.isPresent();
 }
 
-void setAbsentUntil(Printer& printer, Clock::time_point time) {
+void change(Printer& printer, const Change& change) {
     const std::lock_guard lock(printer.mutex);
-    printer.absentUntil = time;
+    if (change.condition) printer.setCondition(*change.condition);
+    if (change.statusFlags) printer.statusFlags = change.statusFlags;
+    if (change.plugged) printer.absentUntil = *change.plugged ? Clock::time_point() : Clock::time_point::max();
 }
 
 }  // namespace
@@ -48,6 +47,7 @@ Simulation::Simulation() {
     } catch (const std::exception& error) {
         std::fprintf(stderr, "ZPRUSB_SIMULATOR: %s, so there is no simulated printer.\n", error.what());
     }
+    serveOwnProcess(answerRequest);
 }
 
 void Simulation::build(Configuration configuration) {
@@ -56,6 +56,21 @@ void Simulation::build(Configuration configuration) {
         devices_.push_back({std::make_shared<Printer>(std::move(setup)), nullptr});
     }
     for (const Fault& fault : configuration.faults) devices_[fault.printer].printer->faults.add(fault);
+    ++generation_;
+    rebuilt_.notify_all();
+    if (!configuration.timeline.empty()) follow(std::move(configuration.timeline));
+}
+
+// In a thread that ends with these printers, and touches nothing that ends with the process.
+void Simulation::follow(std::vector<TimedChange> timeline) {
+    const auto body = [this, timeline = std::move(timeline), start = Clock::now(), generation = generation_] {
+        std::unique_lock lock(mutex_);
+        for (const auto& [after, change] : timeline) {
+            if (rebuilt_.wait_until(lock, start + after, [&] { return generation_ != generation; })) return;
+            if (make(change)) notifyDeviceChange();
+        }
+    };
+    startThread(body).detach();
 }
 
 DeviceHandle Simulation::open(uint32_t number) {
@@ -145,24 +160,27 @@ void Simulation::addFault(const std::string& json) {
     printer.faults.add(fault);
 }
 
-bool Simulation::unplug(uint32_t number) {
+// The lock is held. @return whether devices came or went.
+bool Simulation::make(const Change& wanted) {
+    Device& device = devices_[wanted.printer];
+    change(*device.printer, wanted);
+    if (wanted.plugged == false && device.session) device.session->unplug();
+    return wanted.plugged.has_value();
+}
+
+bool Simulation::apply(const Change& change) {
     {
         const std::lock_guard lock(mutex_);
-        Device* device = find(number);
-        if (device == nullptr) return false;
-        setAbsentUntil(*device->printer, Clock::time_point::max());
-        if (device->session) device->session->unplug();
+        if (find(change.printer) == nullptr) return false;
+        if (!make(change)) return true;
     }
     notifyDeviceChange();
     return true;
 }
 
-bool Simulation::plug(uint32_t number) {
-    const std::shared_ptr<Printer> plugged = printer(number);
-    if (plugged == nullptr) return false;
-    setAbsentUntil(*plugged, {});
-    notifyDeviceChange();
-    return true;
+size_t Simulation::printerCount() {
+    const std::lock_guard lock(mutex_);
+    return devices_.size();
 }
 
 std::shared_ptr<Printer> Simulation::printer(uint32_t number) {

@@ -1,6 +1,7 @@
 /// All simulated printers of the process, and which of them are open.
 #pragma once
 
+#include <condition_variable>
 #include <cstdint>
 #include <memory>
 #include <mutex>
@@ -35,8 +36,10 @@ public:
     void configure(const std::string& json);
     void addFault(const std::string& json);
 
-    bool unplug(uint32_t number);
-    bool plug(uint32_t number);
+    /// @return false when there is no such printer.
+    bool apply(const Change& change);
+
+    size_t printerCount();
 
     /// @return null when there is no such printer.
     std::shared_ptr<Printer> printer(uint32_t number);
@@ -57,12 +60,16 @@ private:
 
     Simulation();
     void build(Configuration configuration);
+    void follow(std::vector<TimedChange> timeline);
+    bool make(const Change& change);
     Device* find(DeviceHandle handle);
     Device* findOpen(DeviceHandle handle);
     template <class Matches>
     void closePipes(Matches matches);
 
     std::mutex mutex_;
+    std::condition_variable rebuilt_;
+    uint64_t generation_ = 0;  // how often the printers were set up
     std::vector<Device> devices_;
     std::vector<GivenPipe> pipes_;
 };

@@ -1,8 +1,8 @@
 #include "update.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <fstream>
+
+#include "hidden_file.h"
 
 namespace simulator {
 namespace {
@@ -18,16 +18,16 @@ bool isPossible(uint8_t target, uint32_t start, uint32_t length) {
 
 void writeFile(const PrinterSetup& printer, uint8_t target, const Bytes& data) {
     const std::string name = printer.serial + "-update-" + std::to_string(target) + ".bin";
-    std::error_code error;
-    std::filesystem::create_directories(printer.outputFolder, error);
-    std::ofstream file(printer.outputFolder / name, std::ios::binary);
-    file.write(reinterpret_cast<const char*>(data.data()), static_cast<std::streamsize>(data.size()));
-    if (!file.flush())
-        std::fprintf(stderr, "Simulated printer %s can't write an update.\n", printer.serial.c_str());
+    std::filesystem::create_directories(printer.outputFolder);
+    HiddenFile(printer.outputFolder, data.data(), data.size()).moveOver(printer.outputFolder / name);
 }
 
 void keep(Printer& printer, uint8_t target, Update update) {
-    writeFile(printer.setup, target, update.data);
+    try {
+        writeFile(printer.setup, target, update.data);
+    } catch (const std::exception& error) {
+        return breakDown(printer, "write an update", error);
+    }
     const std::lock_guard lock(printer.mutex);
     printer.updates[target] = std::move(update);
 }

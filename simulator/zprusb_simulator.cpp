@@ -65,25 +65,20 @@ uint32_t zprusbsim_clearFaults(uint32_t number) {
 uint32_t zprusbsim_setCondition(uint32_t number, const char* condition, uint8_t group, uint8_t detail) {
     const auto status = simulator::statusOf(condition, group, detail);
     if (!status) return 0;
-    return withPrinter(number, [&](Printer& printer, auto&) {
-        printer.setCondition(*status);
-        return 1u;
-    });
+    return Simulation::instance().apply({.printer = number, .condition = status});
 }
 
 uint32_t zprusbsim_setStatusFlags(uint32_t number, uint8_t first, uint8_t second) {
-    return withPrinter(number, [=](Printer& printer, auto&) {
-        printer.statusFlags = {first, second};
-        return 1u;
-    });
+    return Simulation::instance().apply(
+        {.printer = number, .statusFlags = simulator::StatusFlags{first, second}});
 }
 
 uint32_t zprusbsim_unplug(uint32_t number) {
-    return Simulation::instance().unplug(number);
+    return Simulation::instance().apply({.printer = number, .plugged = false});
 }
 
 uint32_t zprusbsim_plug(uint32_t number) {
-    return Simulation::instance().plug(number);
+    return Simulation::instance().apply({.printer = number, .plugged = true});
 }
 
 uint32_t zprusbsim_takeRequest(uint32_t number, uint8_t* bytes, uint32_t capacity) {
@@ -115,8 +110,9 @@ uint32_t zprusbsim_lastPage(uint32_t number, char* path, uint32_t capacity) {
 }
 
 uint32_t zprusbsim_state(uint32_t number, char* json, uint32_t capacity) {
-    return withPrinter(
-        number, [=](Printer& printer, auto&) { return handOut(simulator::describe(printer), json, capacity); });
+    return withPrinter(number, [=](Printer& printer, auto&) {
+        return handOut(simulator::textOf(stateOf(printer), 4) + "\n", json, capacity);
+    });
 }
 
 uint32_t zprusbsim_update(uint32_t number, uint8_t target, uint8_t* bytes, uint32_t capacity) {

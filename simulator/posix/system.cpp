@@ -2,17 +2,16 @@
 
 #include <fcntl.h>
 #include <sys/socket.h>
-#include <sys/un.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <csignal>
-#include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
 #include <system_error>
+
+#include "abstract_address.h"
 
 namespace simulator {
 
@@ -26,23 +25,6 @@ std::thread startThread(std::function<void()> body) {
 }
 
 namespace {
-
-/// An address in the abstract namespace: nothing of it is left when its process has ended, however that ends.
-class AbstractAddress {
-public:
-    explicit AbstractAddress(const std::string& name) {
-        address_.sun_family = AF_UNIX;
-        std::copy(name.begin(), name.end(), address_.sun_path + 1);  // after a leading zero
-        size_ = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + name.size());
-    }
-
-    const sockaddr* get() const { return reinterpret_cast<const sockaddr*>(&address_); }
-    socklen_t size() const { return size_; }
-
-private:
-    sockaddr_un address_{};
-    socklen_t size_;
-};
 
 int makeSocket() {
     return socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);

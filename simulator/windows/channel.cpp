@@ -10,28 +10,10 @@
 #include <utility>
 #include <vector>
 
+#include "handle.h"
+
 namespace simulator {
 namespace {
-
-class Handle {
-public:
-    explicit Handle(HANDLE value = INVALID_HANDLE_VALUE) : value_(value) {}
-    Handle(Handle&& other) noexcept : value_(other.release()) {}
-    Handle& operator=(Handle&& other) noexcept {
-        std::swap(value_, other.value_);
-        return *this;
-    }
-    ~Handle() { close(); }
-
-    HANDLE get() const { return value_; }
-    HANDLE release() { return std::exchange(value_, INVALID_HANDLE_VALUE); }
-    void close() {
-        if (value_ != INVALID_HANDLE_VALUE) CloseHandle(release());
-    }
-
-private:
-    HANDLE value_;
-};
 
 [[noreturn]] void fail(const char* what) {
     throw std::system_error(static_cast<int>(GetLastError()), std::system_category(), what);

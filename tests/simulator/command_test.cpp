@@ -149,7 +149,7 @@ TEST_F(Commands, ThatChangeThePrinterAreAcknowledgedAndTakeEffect) {
         "condition": "cover open", "errorGroup": 0, "errorDetail": 0, "uniqueString": "Fox", "jobNumber": 0,
         "printedPages": 0, "counters": [9, 0, 0, 0, 0, 0, 0], "operationButton": 2, "parameter": 16909060,
         "maintenanceParams": [513, 1027, 1541, 2055, 2569, 3083], "ledFlashes": 1, "resets": 1,
-        "requests": 10, "diagnosis": null, "updates": []})"));
+        "requests": 10, "plugged": true, "diagnosis": null, "updates": []})"));
 }
 
 TEST_F(Commands, WriteTheMemoryOnlyRightAfterAPermissionForThosePlaces) {

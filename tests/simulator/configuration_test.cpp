@@ -21,7 +21,10 @@ TEST_F(Configurations, ThatAreWrongAreRefusedWithTheirPlaceAndChangeNothing) {
         {R"({"printers": [{"serial": "A"}, {"serial": "A"}]})",
          "printers[1].serial is the same as another printer's."},
         {R"({"printers": [{"serial": "a\\b"}]})", "printers[0].serial must be 1 to 20 letters and digits."},
-        {R"({"printers": [{"condition": "tired"}]})", "printers[0].condition must be the name of a condition."},
+        {R"({"printers": [{"condition": "tired"}]})",
+         "printers[0].condition must be one of ready, printing, cover open, out of media, out of consumables, "
+         "device "
+         "error."},
         {R"({"printers": [{"jobNumber": 1.5}]})",
          "printers[0].jobNumber must be a whole number from 0 to 255."},
         {R"({"printers": [{"counters": [1, -2]}]})",
@@ -32,11 +35,15 @@ TEST_F(Configurations, ThatAreWrongAreRefusedWithTheirPlaceAndChangeNothing) {
          "printers[0].media[0].length is missing."},
         {R"({"faults": [{"command": "GetStatus", "action": "unplug", "printer": 1}]})",
          "faults[0].printer must be the number of a printer."},
-        {R"({"faults": [{"command": "Explode", "action": "unplug"}]})",
-         R"(faults[0].command must be the name of a command or "any".)"},
         {R"({"faults": [{"command": "Print", "action": "dance"}]})",
-         "faults[0].action must be the name of an action."},
+         "faults[0].action must be one of late, never, short, long, kind, error, status, closePipe, unplug, "
+         "replug."},
         {R"({"faults": [{"imageByte": 5, "action": "kind", "kind": 1}]})", "faults[0].action needs a command."},
+        {R"({"dataTimeoutSeconds": 1e400})", "a number in it is too large."},
+        {R"({"printers": [{"jobNumber": 1, "jobNumber": 2}]})", "jobNumber stands twice in one object."},
+        {R"({"output": ""})", "output must not be empty."},
+        {R"({"timeline": [{"condition": "ready"}]})", "timeline[0].after is missing."},
+        {R"({"timeline": [{"after": 1, "errorGroup": 6}]})", "timeline[0].condition is missing."},
     };
     for (const auto& [json, error] : cases) {
         char sentence[ZPRUSBSIM_ERROR_SIZE] = "";
