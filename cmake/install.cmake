@@ -17,7 +17,7 @@ install(FILES include/zprusb.h include/zprusb_text.h simulator/zprusb_simulator.
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 
 file(RELATIVE_PATH libraries_from_programs /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
-set_target_properties(zprusb_tool PROPERTIES INSTALL_RPATH "$ORIGIN/${libraries_from_programs}")
+set_target_properties(zprusb_tool zprusb_service PROPERTIES INSTALL_RPATH "$ORIGIN/${libraries_from_programs}")
 install(TARGETS zprusb_tool zprusb_service zprusb_simulator_tool)
 
 # The folder of the lock files, made when the system starts.

@@ -60,7 +60,6 @@ bool isInRange(const SRecordJob& job, uint32_t address, uint8_t length) {
 
 void takeData(SRecordJob& job, uint32_t address, const uint8_t* data, uint8_t length, uint32_t sum) {
     if (job.image != nullptr) std::memcpy(job.image + (address - job.startAddress), data, length);
-    if (job.onData != nullptr) job.onData(job.observer, address, length);
     job.dataByteSum += sum;
 }
 

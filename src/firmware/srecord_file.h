@@ -21,10 +21,6 @@ struct SRecordJob {
     uint32_t readBufferSize = 0;        // bytes for each request to the file; 0: one
     uint32_t sizeLimit = 0;             // bytes from the lowest to the highest address; 0: any number
 
-    /// Told of each data record that is read, in the order of the file; may be null.
-    void (*onData)(void* observer, uint32_t address, uint8_t length) = nullptr;
-    void* observer = nullptr;
-
     uint32_t lowestAddress = 0;      // of any data record; 0xFFFFFFFF without one
     uint32_t highestAddress = 0;     // last byte of any data record; 0 without one
     uint32_t dataByteSum = 0;        // of all data bytes that were read, overwritten ones too

@@ -96,7 +96,7 @@ TEST_F(Commands, WithoutThePrinterEveryCommandSaysSo) {
     write("picture", png(quarters(30, 20, "RGBW")));
     for (const std::string command : {"list", "status", "status --all --json", "info", "print picture"}) {
         const Outcome outcome = run("zprusb " + command);
-        EXPECT_EQ(outcome.status, 1) << command;
+        EXPECT_EQ(outcome.status, 5) << command;
         EXPECT_EQ(outcome.out, "");
         EXPECT_TRUE(isSentence(outcome.err));
         EXPECT_TRUE(contains(outcome.err, "code 1004: No printer was found. Connect the printer"));
@@ -121,7 +121,7 @@ TEST_F(Commands, AFileThatIsNoGoodPictureIsRefusedInOneSentence) {
         {"huge.png", "million pixels"}};
     for (const auto& [path, reason] : files) {
         const Outcome outcome = run("zprusb print " + path);
-        EXPECT_EQ(outcome.status, 2) << path;
+        EXPECT_EQ(outcome.status, 3) << path;
         EXPECT_EQ(outcome.out, "");
         EXPECT_TRUE(isSentence(outcome.err));
         EXPECT_TRUE(contains(outcome.err, path));

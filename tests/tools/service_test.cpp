@@ -11,12 +11,16 @@ namespace {
 
 class Service : public Workshop {
 protected:
+    void writeText(const std::string& name, const std::string& text) {
+        write(name, Bytes(text.begin(), text.end()));
+    }
+
     Service() {
         write("curve", Bytes(1536, 7));
         write("short curve", Bytes(1535, 7));
         write("bytes", {0xAB, 0xCD});
         write("empty", {});
-        write("firmware", {'S', '1', '0', '4', '0', '0', '0', '0', '0', '1', 'F', 'A'});
+        writeText("firmware", "S10400001FDC\nS9030000FC\n");
     }
 };
 
@@ -24,6 +28,7 @@ protected:
 struct Line {
     std::string line, text;
     std::string request{};
+    int status = 2;  // of a mistake
 };
 
 /// What its test is called after.
@@ -51,6 +56,8 @@ const Line deeds[] = {
     {"zprusb-service maintenance set 1 2 3 4 5 0xFFFF --yes", "Set the six maintenance values.\n",
      "SetMaintenanceParams"},
     {"zprusb-service universal 4142 --yes", "41 42 ", "Universal"},
+    {"zprusb-service model", "Model     SIMULATED\nName      SIMULATED PRINTER\nSerial    SIMULATED0001P",
+     "GetModelName"},
 };
 
 const Line mistakes[] = {
@@ -82,10 +89,12 @@ const Line mistakes[] = {
     {"zprusb-service eeprom write 0 123 --yes", "'123' is no row of bytes"},
     {"zprusb-service eeprom write 0 --yes", "which bytes"},
     {"zprusb-service eeprom write 0 00 --file bytes --yes", "excludes"},
-    {"zprusb-service eeprom write 0 --file empty --yes", "1 to 255 bytes"},
+    {"zprusb-service eeprom write 0 --file empty --yes", "1 to 255 bytes", "", 3},
+    {"zprusb-service eeprom restore bytes --yes", "256 bytes of a maintenance memory but 2.", "", 3},
+    {"zprusb-service command reset", "The command is: reset KIND."},
     {"zprusb-service diagnose", "--results-only"},
-    {R"(zprusb-service tonecurve load "short curve" --curve 1 --yes)", "1535 bytes instead of 1536"},
-    {"zprusb-service tonecurve load missing --curve 1 --yes", "does not exist"},
+    {R"(zprusb-service tonecurve load "short curve" --curve 1 --yes)", "1535 bytes instead of 1536", "", 3},
+    {"zprusb-service tonecurve load missing --curve 1 --yes", "does not exist", "", 3},
     {"zprusb-service universal " + std::string(496, '0') + " --yes", "more than 247"},
     {"zprusb-service firmware update firmware --yes", "--target"},
     {"zprusb-service firmware update firmware --target 256 --yes", "--target"},
@@ -113,7 +122,7 @@ INSTANTIATE_TEST_SUITE_P(Tools, EachMistake, testing::ValuesIn(mistakes));
 
 TEST_P(EachMistake, IsExplained) {
     const Outcome outcome = run(GetParam().line);
-    EXPECT_EQ(outcome.status, 2);
+    EXPECT_EQ(outcome.status, GetParam().status);
     EXPECT_EQ(outcome.out, "");
     EXPECT_TRUE(contains(outcome.err, GetParam().text));
 }
@@ -126,6 +135,41 @@ TEST_F(Service, MemoryIsReadAsTextAsJsonAndIntoAFile) {
     EXPECT_EQ(tool::hexOf(read("memory"), ""), all);
     EXPECT_EQ(run("zprusb-service eeprom read 0x60 8").out,
               "  0060  46 00 00 00 00 00 00 00                          |F.......|\n");
+}
+
+TEST_F(Service, MemoryIsKeptBeforeItIsOverwrittenAndAReadOfLessFails) {
+    simulate(R"({"printers": [{"counters": [70]}]})");
+    EXPECT_EQ(run("zprusb-service eeprom dump memory").status, 0);
+    Bytes wanted = read("memory");
+    ASSERT_EQ(wanted.size(), 256u);
+    EXPECT_EQ(wanted[0x60], 70);
+    wanted[0] = wanted[255] = 9;
+    write("memory", wanted);
+    for (const std::string kept : {"memory.before", "memory.before-2"}) {
+        EXPECT_EQ(json("zprusb-service eeprom restore memory --yes")["kept"], kept);
+        EXPECT_EQ(read(kept)[0x60], 70);
+    }
+    simulate(R"({"faults": [{"command": "GetEepromMaintenance", "action": "short", "bytes": 20}]})");
+    const Outcome outcome = run("zprusb-service eeprom read 0 40");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_TRUE(contains(outcome.err, "code 2600"));
+}
+
+TEST_F(Service, ADiagnosisThatFailsSaysSo) {
+    simulate(R"({"printers": [{"condition": "cover open"}]})");
+    const Outcome outcome = run("zprusb-service diagnose 1");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_TRUE(contains(outcome.out, "The diagnosis failed."));
+}
+
+TEST_F(Service, OfSeveralPrintersNoneIsChangedUnlessItIsNamed) {
+    simulate(R"({"printers": [{"serial": "A"}, {"serial": "B"}]})");
+    for (const std::string command : {"eeprom write 0xa0 00", "firmware update firmware --target 1"}) {
+        const Outcome outcome = run("zprusb-service " + command + " --yes");
+        EXPECT_EQ(outcome.status, 2);
+        EXPECT_TRUE(contains(outcome.err, "--printer: 0 (SIMULATEDA), 1 (SIMULATEDB)."));
+        EXPECT_EQ(run("zprusb-service " + command + " --yes --printer 1").status, 0);
+    }
 }
 
 TEST_F(Service, RawShowsWhatTheHeaderOfAnAnswerSays) {
@@ -172,11 +216,11 @@ protected:
     Firmware() : image(0x80000, 0xFF) {
         for (const auto& [begin, end] : ranges)
             for (size_t i = begin; i < end; ++i) image[i] = static_cast<uint8_t>(i * 7 + i / 256);
-        const std::string text = records(image, start, {ranges[1], ranges[0]});
-        write("größe.s37", Bytes(text.begin(), text.end()));
+        writeText("größe.s37", records(image, start, {ranges[1], ranges[0]}) + endRecord);
     }
 
     static constexpr uint32_t start = 0x8000;
+    const std::string endRecord = "S70500000000FA\n";
     const std::vector<std::pair<size_t, size_t>> ranges{{0, 0x10001}, {0x10400, 0x80000}};
     Bytes image;
 };
@@ -194,8 +238,50 @@ TEST_F(Firmware, IsInspectedWithoutAPrinter) {
     EXPECT_TRUE(contains(text, "\n  0x00018000  +.####"));
 
     const Outcome outcome = run("zprusb-service firmware inspect bytes");
-    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.status, 3);
     EXPECT_TRUE(contains(outcome.err, "code 3001"));
+}
+
+TEST_F(Firmware, ThatIsDoubtfulIsSentByForceOnly) {
+    const std::string first = records(image, 0, {{0, 32}}), other = records(Bytes(32, 1), 16, {{0, 32}});
+    const std::pair<std::string, std::string> cases[] = {
+        {first, "It has no end record"},
+        {first + "S5030007F5\n" + endRecord, "Its count record says 7, but before it 1 data record comes."},
+        {first + other + endRecord, "to different bytes, first at 0x00000010;"},
+        {first + endRecord + first, "After the end record 1 data record comes."},
+    };
+    const std::string update = "zprusb-service firmware update doubtful --target 1 --yes";
+    for (const auto& [text, doubt] : cases) {
+        writeText("doubtful", text);
+        EXPECT_TRUE(contains(run("zprusb-service firmware inspect doubtful").out, doubt));
+        const Outcome refused = run(update);
+        EXPECT_EQ(refused.status, 3);
+        EXPECT_TRUE(contains(refused.err, doubt));
+        EXPECT_EQ(run(update + " --force").status, 0);
+    }
+    writeText("sound", first + "S5030001FB\n" + endRecord);
+    EXPECT_EQ(json("zprusb-service firmware inspect sound")["warnings"], Json::array());
+    EXPECT_TRUE(
+        contains(run("zprusb-service firmware update sound --target 1 --dry-run").out, "Nothing was sent."));
+}
+
+TEST_F(Firmware, OutsideThePermittedRangeTellsBoth) {
+    const std::string top = records(image, 0xFFFFFFC0, {{0, 16}, {48, 64}});
+    writeText("top", top + endRecord);
+    EXPECT_EQ(json("zprusb-service firmware inspect top")["ranges"][1]["last"], 0xFFFFFFFF);
+    EXPECT_TRUE(contains(run("zprusb-service firmware inspect top").out, "  0xffffffc0  #..#\n"));
+    const std::pair<std::string, std::string> cases[] = {
+        {endRecord, "The file has no data;"},
+        {top + records(image, 0, {{0, 16}}),
+         "lie from 0x00000000 to 0xffffffff, 4294967296 bytes; permitted are"},
+        {records(image, 0xFFFFFFF8, {{0, 16}}), "lie from 0xfffffff8 to 0x100000007, 16 bytes; permitted are"},
+    };
+    for (const auto& [text, sentence] : cases) {
+        writeText("outside", text);
+        const Outcome outcome = run("zprusb-service firmware inspect outside");
+        EXPECT_EQ(outcome.status, 3);
+        EXPECT_TRUE(contains(outcome.err, sentence));
+    }
 }
 
 TEST_F(Firmware, ArrivesAsItIs) {
@@ -205,6 +291,8 @@ TEST_F(Firmware, ArrivesAsItIs) {
     EXPECT_EQ(done.status, 0) << done.err;
     EXPECT_TRUE(
         contains(done.out, "has accepted the update.\nSent 524288 bytes of firmware to target 9 from "));
+    EXPECT_TRUE(
+        contains(done.out, "serial SIMULATEDFOX, firmware SIMULATE COMPONENT 1 1.00 before the update.\n"));
     EXPECT_TRUE(read("printed/SIMULATEDFOX-update-9.bin") == image);
 
     for (const char* fault : {R"("command": "Update", "action": "error", "number": 5)",

@@ -15,7 +15,7 @@ std::filesystem::path pathOf(const std::string& utf8) {
 }  // namespace
 
 void refuseFile(const std::string& path, const std::string& reason) {
-    throw WrongUsage("'" + path + "' " + reason);
+    throw UnusableFile("'" + path + "' " + reason);
 }
 
 Bytes readFile(const std::string& path, uint64_t largest) {

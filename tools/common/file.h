@@ -5,13 +5,13 @@
 
 namespace tool {
 
-/// @throws WrongUsage that says what is wrong with the file.
+/// @throws UnusableFile that says what is wrong with the file.
 [[noreturn]] void refuseFile(const std::string& path, const std::string& reason);
 
-/// @throws WrongUsage also for a file of more than `largest` bytes, which must be whole mebibytes.
+/// @throws UnusableFile also for a file of more than `largest` bytes, which must be whole mebibytes.
 Bytes readFile(const std::string& path, uint64_t largest);
 
-/// @throws WrongUsage
+/// @throws UnusableFile
 void writeFile(const std::string& path, ByteView content);
 
 }  // namespace tool

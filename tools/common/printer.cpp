@@ -33,7 +33,7 @@ std::vector<FoundPrinter> findPrinters() {
 }  // namespace
 
 void require(uint32_t verdict, const uint16_t& code) {
-    if (verdict == 0) throw Refusal(resultSentence(code));
+    if (verdict == 0) throw Refusal(resultSentence(code), code);
 }
 
 Printer::Printer(std::optional<uint8_t> number) {
@@ -41,7 +41,7 @@ Printer::Printer(std::optional<uint8_t> number) {
     require(zprusb_open(&code), code);
     try {
         found_ = findPrinters();
-        if (found_.empty()) throw Refusal(resultSentence(ZPRUSB_NO_PRINTER_FOUND));
+        if (found_.empty()) throw Refusal(resultSentence(ZPRUSB_NO_PRINTER_FOUND), ZPRUSB_NO_PRINTER_FOUND);
         select(number.value_or(found_.front().number));
     } catch (...) {
         zprusb_close();

@@ -27,9 +27,9 @@ int runProgram(const char* name, int argc, char** argv,
     useUtf8Console();
     try {
         return program(argumentsInUtf8(argc, argv));
-    } catch (const WrongUsage& error) {
-        complain(error.what());
-        return exitWrongUsage;
+    } catch (const Failure& failure) {
+        complain(failure.what());
+        return failure.status();
     } catch (const std::bad_alloc&) {
         complain(resultSentence(ZPRUSB_OUT_OF_MEMORY));
     } catch (const std::exception& error) {

@@ -57,6 +57,13 @@ void defineEeprom(CLI::App& app, Arguments& arguments) {
     write.app->add_option("--file", write->file, "Write the bytes of this file instead")
         ->type_name("FILE")
         ->excludes(addBytes(write, 255));
+
+    const auto dump = addCommand<EepromDumpArguments>(group, "dump", "Save all 256 bytes in a file", arguments);
+    dump.app->add_option("file", dump->file, "File that is written")->required();
+    const auto restore = addCommand<EepromRestoreArguments>(
+        group, "restore", "Overwrite all 256 bytes, and verify them; the old ones are kept in a file first",
+        arguments);
+    restore.app->add_option("file", restore->file, "File of 256 bytes, such as 'dump' makes")->required();
 }
 
 void defineDiagnose(CLI::App& app, Arguments& arguments) {
@@ -116,6 +123,23 @@ void defineRaw(CLI::App& app, Arguments& arguments) {
     const auto raw = addCommand<RawArguments>(
         app, "raw", "Send bytes as they are and show the answer; waits for it without end", arguments);
     addBytes(raw, ZPRUSB_MAX_ANSWER_SIZE)->required();
+    raw.app->add_flag("--no-answer", raw->noAnswer, "Don't wait for an answer");
+    addCommand<ReadRawArguments>(
+        app, "read-raw", "Read pieces with a length before each; waits for them without end", arguments);
+}
+
+void defineModel(CLI::App& app, Arguments& arguments) {
+    addCommand<ModelArguments>(app, "model", "Show model, name, serial and firmware of the printer", arguments);
+}
+
+void defineCommand(CLI::App& app, Arguments& arguments) {
+    const auto command = addCommand<CommandArguments>(
+        app, "command", "Send one command by itself and tell whether an answer came, whatever it says",
+        arguments);
+    command.app->add_option("name", command->name, "Which command")
+        ->required()
+        ->check(CLI::IsMember(commandNames()));
+    command.app->add_option("values", command->values, "Its values: numbers, bytes in hexadecimal or a text");
 }
 
 void defineFirmware(CLI::App& app, Arguments& arguments) {
@@ -135,6 +159,8 @@ void defineFirmware(CLI::App& app, Arguments& arguments) {
     update.app
         ->add_option("--start", update->start, "Address to name to the printer; otherwise the file's lowest")
         ->type_name("ADDRESS");
+    update.app->add_flag("--force", update->force, "Send also a file that 'inspect' warns of");
+    update.app->add_flag("--dry-run", update->dryRun, "Do everything but send; asks nothing");
 }
 
 }  // namespace
@@ -145,7 +171,7 @@ std::variant<Arguments, int> parseArguments(std::vector<std::string> words) {
     defineCommon(app, arguments);
     app.add_flag("--yes", arguments.confirmed, "Change the printer without asking");
     for (const auto& define : {defineEeprom, defineDiagnose, defineErrorLog, defineToneCurve, defineMaintenance,
-                               defineUniversal, defineRaw, defineFirmware})
+                               defineUniversal, defineRaw, defineModel, defineCommand, defineFirmware})
         define(app, arguments);
     if (const auto status = parse(app, std::move(words))) return *status;
     return arguments;

@@ -26,6 +26,14 @@ struct EepromWriteArguments {
     std::string file;  // instead of the bytes
 };
 
+struct EepromDumpArguments {
+    std::string file;
+};
+
+struct EepromRestoreArguments {
+    std::string file;
+};
+
 struct DiagnoseArguments {
     uint8_t kind = 0;
     uint8_t first = 0;
@@ -59,7 +67,20 @@ struct UniversalArguments {
 
 struct RawArguments {
     Bytes bytes;
+    bool noAnswer = false;  // don't wait for one
 };
+
+struct ReadRawArguments {};
+
+struct ModelArguments {};
+
+struct CommandArguments {
+    std::string name;
+    std::vector<std::string> values;
+};
+
+/// The names of the commands that can be sent by themselves.
+std::vector<std::string> commandNames();
 
 struct FirmwareInspectArguments {
     std::string file;
@@ -69,13 +90,16 @@ struct FirmwareUpdateArguments {
     std::string file;
     uint8_t target = 0;
     std::optional<uint32_t> start;  // otherwise where the file's data start
+    bool force = false;             // also what is doubtful
+    bool dryRun = false;
 };
 
 struct Arguments : CommonArguments {
     bool confirmed = false;  // what changes the printer is done without asking
-    std::variant<EepromReadArguments, EepromWriteArguments, DiagnoseArguments, ErrorLogArguments,
-                 ToneCurveLoadArguments, ToneCurveResetArguments, MaintenanceDataArguments,
-                 MaintenanceSetArguments, UniversalArguments, RawArguments, FirmwareInspectArguments,
+    std::variant<EepromReadArguments, EepromWriteArguments, EepromDumpArguments, EepromRestoreArguments,
+                 DiagnoseArguments, ErrorLogArguments, ToneCurveLoadArguments, ToneCurveResetArguments,
+                 MaintenanceDataArguments, MaintenanceSetArguments, UniversalArguments, RawArguments,
+                 ReadRawArguments, ModelArguments, CommandArguments, FirmwareInspectArguments,
                  FirmwareUpdateArguments>
         command;
 };

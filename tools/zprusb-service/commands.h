@@ -5,9 +5,11 @@
 
 namespace tool {
 
-/// @throws Refusal, WrongUsage
+/// @throws Refusal, WrongUsage, UnusableFile
 int run(const Arguments& common, const EepromReadArguments& arguments);
 int run(const Arguments& common, const EepromWriteArguments& arguments);
+int run(const Arguments& common, const EepromDumpArguments& arguments);
+int run(const Arguments& common, const EepromRestoreArguments& arguments);
 int run(const Arguments& common, const DiagnoseArguments& arguments);
 int run(const Arguments& common, const ErrorLogArguments& arguments);
 int run(const Arguments& common, const ToneCurveLoadArguments& arguments);
@@ -16,12 +18,10 @@ int run(const Arguments& common, const MaintenanceDataArguments& arguments);
 int run(const Arguments& common, const MaintenanceSetArguments& arguments);
 int run(const Arguments& common, const UniversalArguments& arguments);
 int run(const Arguments& common, const RawArguments& arguments);
+int run(const Arguments& common, const ReadRawArguments& arguments);
+int run(const Arguments& common, const ModelArguments& arguments);
+int run(const Arguments& common, const CommandArguments& arguments);
 int run(const Arguments& common, const FirmwareInspectArguments& arguments);
 int run(const Arguments& common, const FirmwareUpdateArguments& arguments);
-
-/// Asks on the terminal before the printer is changed, unless the command line says yes.
-/// @param deed what is going to be done: "empty the error log".
-/// @throws WrongUsage when the answer is no, or there is no terminal to ask on.
-void confirm(const Arguments& common, const std::string& deed);
 
 }  // namespace tool

@@ -1,11 +1,12 @@
-#include <algorithm>
+#include <filesystem>
 
 #include "api/internal.h"
+#include "call.h"
 #include "commands.h"
 #include "dump.h"
 #include "failure.h"
 #include "file.h"
-#include "printer.h"
+#include "printer_to_change.h"
 #include "text.h"
 
 namespace tool {
@@ -22,10 +23,52 @@ void checkRange(uint8_t address, size_t count) {
 
 Bytes readMemory(uint8_t address, size_t count) {
     Bytes memory(ZPRUSB_MAINTENANCE_READ_SIZE);
-    uint16_t code = 0;
-    require(zprusb_getEepromMaintenance(address, memory.data(), static_cast<uint8_t>(count), &code), code);
+    call([&](uint16_t* code) {
+        return zprusb_getEepromMaintenance(address, memory.data(), static_cast<uint8_t>(count), code);
+    });
     memory.resize(count);
     return memory;
+}
+
+/// What one request does not hold is read or written in two halves.
+constexpr uint8_t halves[] = {0, 128};
+constexpr size_t halfSize = 128;
+
+Bytes readAll() {
+    Bytes memory;
+    for (const uint8_t address : halves) {
+        const Bytes half = readMemory(address, halfSize);
+        memory.insert(memory.end(), half.begin(), half.end());
+    }
+    return memory;
+}
+
+void writeMemory(uint8_t address, ByteView bytes) {
+    call([&](uint16_t* code) {
+        return zprusb_setEepromMaintenance(address, bytes.data(), static_cast<uint8_t>(bytes.size()), code);
+    });
+}
+
+/// The first of the names that no file has.
+std::string unusedName(const std::string& start) {
+    std::string name = start;
+    for (int number = 2; std::filesystem::exists(std::u8string(name.begin(), name.end())); ++number)
+        name = start + "-" + std::to_string(number);
+    return name;
+}
+
+void restore(const Bytes& wanted, const std::string& kept) {
+    try {
+        for (const uint8_t address : halves) writeMemory(address, ByteView(wanted).subspan(address, halfSize));
+        if (readAll() == wanted) return;
+    } catch (const Refusal& refusal) {
+        throw Refusal(
+            "The memory is not restored, and may hold a part of the new contents; the old ones are in '" +
+                kept + "': " + refusal.what(),
+            refusal.code());
+    }
+    throw Refusal("The printer took the bytes but did not keep them all; the old contents are in '" + kept +
+                  "'.");
 }
 
 Bytes bytesToWrite(const EepromWriteArguments& arguments) {
@@ -58,17 +101,39 @@ int run(const Arguments& common, const EepromWriteArguments& arguments) {
     const std::string place = counted(bytes.size(), "byte", "bytes") + " of maintenance memory from address " +
                               hexadecimal(address) + " on";
     checkRange(address, bytes.size());
-    confirm(common, "overwrite " + place);
-    const Printer printer(common.printer);
-    uint16_t code = 0;
-    require(zprusb_setEepromMaintenance(address, bytes.data(), static_cast<uint8_t>(bytes.size()), &code),
-            code);
+    const PrinterToChange printer(common, "overwrite " + place);
+    writeMemory(address, bytes);
     View view = dumpOf(address, readMemory(address, bytes.size()));
     if (view.data["bytes"] != hexOf(bytes, ""))
         throw Refusal("The printer took the bytes but did not keep them; it holds " +
                       view.data["bytes"].get<std::string>() + ".");
     view.text = "Wrote and verified " + place + ".\n";
     show(view, common.json);
+    return exitSuccess;
+}
+
+int run(const Arguments& common, const EepromDumpArguments& arguments) {
+    const Printer printer(common.printer);
+    writeFile(arguments.file, readAll());
+    show({{{"printer", printer.number()}, {"file", arguments.file}, {"bytes", memorySize}},
+          "Wrote all 256 bytes of maintenance memory into " + arguments.file + ".\n"},
+         common.json);
+    return exitSuccess;
+}
+
+int run(const Arguments& common, const EepromRestoreArguments& arguments) {
+    const Bytes wanted = readFile(arguments.file, 1 << 20);
+    if (wanted.size() != memorySize)
+        refuseFile(arguments.file, "does not hold the 256 bytes of a maintenance memory but " +
+                                       std::to_string(wanted.size()) + ".");
+    const PrinterToChange printer(common,
+                                  "overwrite all 256 bytes of maintenance memory, the counters in it too");
+    const std::string kept = unusedName(arguments.file + ".before");
+    writeFile(kept, readAll());
+    restore(wanted, kept);
+    show({{{"printer", printer->number()}, {"file", arguments.file}, {"kept", kept}},
+          "Wrote and verified all 256 bytes of maintenance memory. The old contents are in " + kept + ".\n"},
+         common.json);
     return exitSuccess;
 }
 

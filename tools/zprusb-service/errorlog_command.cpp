@@ -1,18 +1,17 @@
 #include "api/internal.h"
+#include "call.h"
 #include "commands.h"
 #include "dump.h"
 #include "failure.h"
-#include "printer.h"
+#include "printer_to_change.h"
 
 namespace tool {
 namespace {
 
 int clear(const Arguments& common) {
-    confirm(common, "empty the error log");
-    const Printer printer(common.printer);
-    uint16_t code = 0;
-    require(zprusb_resetErrorLog(&code), code);
-    show({{{"printer", printer.number()}}, "The error log is empty now.\n"}, common.json);
+    const PrinterToChange printer(common, "empty the error log");
+    call(zprusb_resetErrorLog);
+    show({{{"printer", printer->number()}}, "The error log is empty now.\n"}, common.json);
     return exitSuccess;
 }
 

@@ -16,8 +16,8 @@ std::string mapOf(const FirmwareImage& image) {
     const size_t size = image.bytes().size();
     const size_t cell = std::max(smallestCell, std::bit_ceil((size + mostCells - 1) / mostCells));
     std::vector<size_t> dataOfCells((size + cell - 1) / cell);
-    for (const AddressRange& range : image.ranges()) {
-        const size_t end = size_t{range.last} - image.first() + 1;
+    for (const AddressRange& range : image.records().ranges) {
+        const size_t end = range.last - image.first() + 1;
         for (size_t at = range.first - image.first(), next; at < end; at = next) {
             next = std::min((at / cell + 1) * cell, end);
             dataOfCells[at / cell] += next - at;
@@ -51,6 +51,12 @@ Json jsonOf(const std::vector<AddressRange>& ranges) {
     return list;
 }
 
+std::string warnings(const std::vector<std::string>& doubts) {
+    std::string text;
+    for (const std::string& doubt : doubts) text += "Warning        " + doubt + "\n";
+    return text;
+}
+
 View viewOf(const std::string& file, const FirmwareImage& image) {
     const auto length = static_cast<uint32_t>(image.bytes().size());
     const auto checksum = [&](uint32_t mode) {
@@ -58,7 +64,7 @@ View viewOf(const std::string& file, const FirmwareImage& image) {
     };
     const uint32_t bigEndian = checksum(firmware::bigEndianWords);
     const uint32_t littleEndian = checksum(firmware::littleEndianWords);
-    const std::vector<AddressRange>& ranges = image.ranges();
+    const std::vector<AddressRange>& ranges = image.records().ranges;
     size_t dataSize = 0;
     for (const AddressRange& range : ranges) dataSize += range.size();
     return {{{"file", file},
@@ -70,10 +76,11 @@ View viewOf(const std::string& file, const FirmwareImage& image) {
              {"sumOfRecords", image.sumOfRecords()},
              {"bigEndianChecksum", bigEndian},
              {"littleEndianChecksum", littleEndian},
-             {"ranges", jsonOf(ranges)}},
-            "Image          " + longHexadecimal(image.first()) + " to " + longHexadecimal(image.last()) + ", " +
-                counted(length, "byte", "bytes") + "\nData           " + counted(dataSize, "byte", "bytes") +
-                " in " + counted(ranges.size(), "range", "ranges") +
+             {"ranges", jsonOf(ranges)},
+             {"warnings", image.records().doubts}},
+            warnings(image.records().doubts) + "Image          " + longHexadecimal(image.first()) + " to " +
+                longHexadecimal(image.last()) + ", " + counted(length, "byte", "bytes") + "\nData           " +
+                counted(dataSize, "byte", "bytes") + " in " + counted(ranges.size(), "range", "ranges") +
                 "; gaps are sent as 0xff\nSum of bytes   " + longHexadecimal(image.sum()) +
                 "; of all records " + longHexadecimal(image.sumOfRecords()) + "\nWord checksum  " +
                 longHexadecimal(bigEndian) + " big-endian, " + longHexadecimal(littleEndian) +

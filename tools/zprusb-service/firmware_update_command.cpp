@@ -4,10 +4,12 @@
 #include <iostream>
 
 #include "api/internal.h"
+#include "call.h"
 #include "commands.h"
 #include "failure.h"
+#include "file.h"
 #include "firmware_image.h"
-#include "printer.h"
+#include "printer_to_change.h"
 #include "progress_bar.h"
 #include "result_text.h"
 #include "text.h"
@@ -15,12 +17,17 @@
 namespace tool {
 namespace {
 
-/// Makes the printer expect the image.
-void start(uint8_t target, uint32_t address, uint32_t length) {
-    uint16_t code = 0;
-    require(zprusb_openForUpdate(0, &code), code);
-    require(zprusb_checkUpdateTarget(&code), code);
-    require(zprusb_startUpdate(target, address, length, &code), code);
+/// @throws UnusableFile when the file is none that should be sent without a second thought.
+void requireSoundness(const FirmwareImage& image, const FirmwareUpdateArguments& arguments) {
+    if (image.records().doubts.empty() || arguments.force) return;
+    std::string reason = "was not sent.";
+    for (const std::string& doubt : image.records().doubts) reason += " " + doubt;
+    refuseFile(arguments.file, reason + " Say --force to send it all the same.");
+}
+
+void openForUpdate() {
+    call([](uint16_t* code) { return zprusb_openForUpdate(0, code); });
+    call(zprusb_checkUpdateTarget);
 }
 
 void send(ByteView image) {
@@ -28,12 +35,17 @@ void send(ByteView image) {
     ProgressBar bar("sending", image.size());
     for (size_t sent = 0; sent < image.size();) {
         auto part = static_cast<uint32_t>(std::min(partSize, image.size() - sent));
-        uint16_t code = 0;
-        const bool taken = zprusb_writeUpdateData(image.data(), &part, &code) == 1;
+        const uint16_t code =
+            codeOf([&](uint16_t* result) { return zprusb_writeUpdateData(image.data(), &part, result); });
         sent += part;
-        if (!taken)
-            throw Refusal("The transfer broke off after " + std::to_string(sent) + " of " +
-                          counted(image.size(), "byte", "bytes") + ": " + resultSentence(code));
+        if (code != ZPRUSB_SUCCESS)
+            throw Refusal(
+                "The connection broke while the data went out: " + std::to_string(sent) + " of " +
+                    counted(image.size(), "byte", "bytes") +
+                    " went out for certain. It is not known how much arrived, and the printer's firmware "
+                    "may be damaged: " +
+                    resultSentence(code),
+                code);
         bar.show(sent);
     }
 }
@@ -44,37 +56,70 @@ uint16_t statusAfterwards(const Printer& printer) {
     const uint16_t code = printer.status({printer.number()}).front();
     if (code == ZPRUSB_COMMUNICATION || code == ZPRUSB_NO_PRINTER)
         throw Refusal(
-            "All bytes were sent, but the printer does not answer any more. It may be restarting; check "
-            "its firmware then: " +
-            resultSentence(code));
+            "All bytes went out, but the printer does not answer any more. It may be restarting; or not all "
+            "bytes "
+            "arrived, and its firmware is damaged. Check its firmware when it is back: " +
+                resultSentence(code),
+            code);
     return code;
+}
+
+struct Plan {
+    uint8_t target;
+    uint32_t address;
+    ByteView image;
+
+    std::string inWords() const {
+        return counted(image.size(), "byte", "bytes") + " of firmware to target " + std::to_string(target) +
+               " from address " + longHexadecimal(address) + " on";
+    }
+};
+
+View viewOf(const Plan& plan, const Printer& printer, const Identity& identity) {
+    return {{{"printer", printer.number()},
+             {"identity", identity.inJson()},
+             {"target", plan.target},
+             {"start", plan.address},
+             {"length", plan.image.size()}},
+            plan.inWords() + ".\nPrinter " + std::to_string(printer.number()) + ": " + identity.inWords()};
+}
+
+int rehearse(const Arguments& common, const Plan& plan) {
+    const Printer printer(common.printer);
+    requireChoice(common, printer);
+    View view = viewOf(plan, printer, identify(printer));
+    openForUpdate();
+    view.data["sent"] = false;
+    view.text = "Would send " + view.text + ".\nNothing was sent.\n";
+    show(view, common.json);
+    return exitSuccess;
+}
+
+int carryOut(const Arguments& common, const Plan& plan) {
+    const PrinterToChange printer(common, "send " + plan.inWords());
+    View view = viewOf(plan, *printer, identify(*printer));
+    openForUpdate();
+    call([&](uint16_t* code) {
+        return zprusb_startUpdate(plan.target, plan.address, static_cast<uint32_t>(plan.image.size()), code);
+    });
+    if (!common.json) std::cout << "The printer has accepted the update.\n" << std::flush;
+    send(plan.image);
+    const uint16_t status = statusAfterwards(*printer);
+    view.data["sent"] = true;
+    view.data["status"] = status;
+    view.text = "Sent " + view.text + " before the update.\nThe printer reports code " +
+                std::to_string(status) + ": " + zprusb_resultWords(status).meaning + "\n";
+    show(view, common.json);
+    return exitSuccess;
 }
 
 }  // namespace
 
 int run(const Arguments& common, const FirmwareUpdateArguments& arguments) {
     const FirmwareImage image(arguments.file);
-    const auto length = static_cast<uint32_t>(image.bytes().size());
-    const uint32_t address = arguments.start.value_or(image.first());
-    const std::string load = counted(length, "byte", "bytes") + " of firmware to target " +
-                             std::to_string(arguments.target) + " from address " + longHexadecimal(address) +
-                             " on";
-    confirm(common, "send " + load);
-
-    const Printer printer(common.printer);
-    start(arguments.target, address, length);
-    if (!common.json) std::cout << "The printer has accepted the update.\n" << std::flush;
-    send(image.bytes());
-    const uint16_t status = statusAfterwards(printer);
-    show({{{"printer", printer.number()},
-           {"target", arguments.target},
-           {"start", address},
-           {"length", length},
-           {"status", status}},
-          "Sent " + load + ".\nThe printer reports code " + std::to_string(status) + ": " +
-              zprusb_resultWords(status).meaning + "\n"},
-         common.json);
-    return exitSuccess;
+    requireSoundness(image, arguments);
+    const Plan plan{arguments.target, arguments.start.value_or(image.first()), image.bytes()};
+    return arguments.dryRun ? rehearse(common, plan) : carryOut(common, plan);
 }
 
 }  // namespace tool

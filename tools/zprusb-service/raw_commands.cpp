@@ -1,10 +1,11 @@
 #include <zprusb_text.h>
 
 #include "api/internal.h"
+#include "call.h"
 #include "commands.h"
 #include "dump.h"
 #include "failure.h"
-#include "printer.h"
+#include "printer_to_change.h"
 #include "protocol/answer_codes.h"
 #include "text.h"
 
@@ -32,31 +33,45 @@ std::string wordsOf(const Json& header) {
 }  // namespace
 
 int run(const Arguments& common, const UniversalArguments& arguments) {
-    confirm(common, "send " + counted(arguments.bytes.size(), "byte", "bytes") + " by the universal command");
-    const Printer printer(common.printer);
+    const auto length = static_cast<uint8_t>(arguments.bytes.size());
+    const PrinterToChange printer(common,
+                                  "send " + counted(length, "byte", "bytes") + " by the universal command");
     Bytes answer(ZPRUSB_MAX_ANSWER_PAYLOAD_SIZE);
     uint8_t count = 0;
-    uint16_t code = 0;
-    require(zprusb_universalCommand(arguments.bytes.data(), static_cast<uint8_t>(arguments.bytes.size()),
-                                    answer.data(), &count, &code),
-            code);
+    call([&](uint16_t* code) {
+        return zprusb_universalCommand(arguments.bytes.data(), length, answer.data(), &count, code);
+    });
     show(dumpOf(0, ByteView(answer).first(count)), common.json);
     return exitSuccess;
 }
 
 int run(const Arguments& common, const RawArguments& arguments) {
-    confirm(common, "send " + counted(arguments.bytes.size(), "byte", "bytes") + " as they are");
-    const Printer printer(common.printer);
+    const auto length = static_cast<uint32_t>(arguments.bytes.size());
+    const PrinterToChange printer(common, "send " + counted(length, "byte", "bytes") + " as they are");
+    if (arguments.noAnswer) {
+        call([&](uint16_t* code) { return zprusb_writeRaw(arguments.bytes.data(), &length, code); });
+        show({{{"printer", printer->number()}, {"sent", length}},
+              "Sent " + counted(length, "byte", "bytes") + ".\n"},
+             common.json);
+        return exitSuccess;
+    }
     Answer answer;
-    uint16_t code = 0;
-    require(zprusb_transferRaw(arguments.bytes.data(), static_cast<uint32_t>(arguments.bytes.size()),
-                               answer.bytes.data(), &answer.count, &code),
-            code);
+    call([&](uint16_t* code) {
+        return zprusb_transferRaw(arguments.bytes.data(), length, answer.bytes.data(), &answer.count, code);
+    });
     const Json header = headerOf(answer);
     View view = dumpOf(0, ByteView(answer.bytes).first(answer.count));
     view.data["header"] = header;
     view.text += wordsOf(header);
     show(view, common.json);
+    return exitSuccess;
+}
+
+int run(const Arguments& common, const ReadRawArguments&) {
+    const Printer printer(common.printer);
+    Bytes bytes(ZPRUSB_MAINTENANCE_READ_SIZE);
+    call([&](uint16_t* code) { return zprusb_readRaw(bytes.data(), code); });
+    show(dumpOf(0, bytes), common.json);
     return exitSuccess;
 }
 

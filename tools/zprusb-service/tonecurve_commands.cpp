@@ -1,8 +1,9 @@
 #include "api/internal.h"
+#include "call.h"
 #include "commands.h"
 #include "failure.h"
 #include "file.h"
-#include "printer.h"
+#include "printer_to_change.h"
 #include "view.h"
 
 namespace tool {
@@ -10,11 +11,11 @@ namespace {
 
 constexpr uint8_t forget = 0;
 
-int setToneCurve(const Arguments& common, uint8_t mode, const Bytes& curve, const std::string& done) {
-    const Printer printer(common.printer);
-    uint16_t code = 0;
-    require(zprusb_setToneCurve(mode, curve.data(), &code), code);
-    show({{{"printer", printer.number()}, {"curve", mode}}, done + "\n"}, common.json);
+int setToneCurve(const Arguments& common, const std::string& deed, uint8_t mode, const Bytes& curve,
+                 const std::string& done) {
+    const PrinterToChange printer(common, deed);
+    call([&](uint16_t* code) { return zprusb_setToneCurve(mode, curve.data(), code); });
+    show({{{"printer", printer->number()}, {"curve", mode}}, done + "\n"}, common.json);
     return exitSuccess;
 }
 
@@ -26,13 +27,12 @@ int run(const Arguments& common, const ToneCurveLoadArguments& arguments) {
         refuseFile(arguments.file, "is no tone curve: it has " + std::to_string(curve.size()) +
                                        " bytes instead of " + std::to_string(ZPRUSB_TONE_CURVE_SIZE) + ".");
     const std::string name = "tone curve " + std::to_string(arguments.curve);
-    confirm(common, "overwrite " + name);
-    return setToneCurve(common, arguments.curve, curve, "Loaded " + name + ".");
+    return setToneCurve(common, "overwrite " + name, arguments.curve, curve, "Loaded " + name + ".");
 }
 
 int run(const Arguments& common, const ToneCurveResetArguments&) {
-    confirm(common, "make the printer forget its tone curves");
-    return setToneCurve(common, forget, {}, "The printer has forgotten its tone curves.");
+    return setToneCurve(common, "make the printer forget its tone curves", forget, {},
+                        "The printer has forgotten its tone curves.");
 }
 
 }  // namespace tool

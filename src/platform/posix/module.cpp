@@ -1,5 +1,7 @@
 #include "platform/module.h"
 
+#include "module_folder.h"
+
 #include <dlfcn.h>
 #include <sys/auxv.h>
 
@@ -33,6 +35,10 @@ bool isPartOfExecutable(const Dl_info& own) {
 }
 
 }  // namespace
+
+void loadFromFolder(const char* folder) {
+    if (std::strlen(folder) < sizeof ownFolder) std::strcpy(ownFolder, folder);
+}
 
 ModuleHandle loadBesideThisLibrary(const char* name) {
     char path[PATH_MAX];
