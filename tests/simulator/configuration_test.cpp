@@ -1,4 +1,8 @@
+#include <thread>
+
 #include "host.h"
+#include "platform/thread.h"
+#include "support/system.h"
 
 using namespace test;
 
@@ -51,6 +55,35 @@ TEST_F(Configurations, ThatAreWrongAreRefusedWithTheirPlaceAndChangeNothing) {
         EXPECT_STREQ(sentence, error) << json;
     }
     EXPECT_TRUE(Host().isPresent());
+}
+
+TEST_F(Configurations, SayWhatHappensWhen) {
+    char error[ZPRUSBSIM_ERROR_SIZE] = "";
+    const char* json =
+        R"({"timeline": [{"after": 0.2, "plugged": false}, {"after": 0, "condition": "out of media"}]})";
+    ASSERT_EQ(zprusbsim_configure(json, error, sizeof error), 1u) << error;
+    while (state()["condition"] != "out of media") std::this_thread::yield();
+    EXPECT_TRUE(state()["plugged"].get<bool>());
+    while (state()["plugged"].get<bool>()) std::this_thread::yield();
+}
+
+TEST_F(Configurations, AreChangedFromOtherProcesses) {
+    const auto tool = [](std::vector<std::string> words) {
+        words.insert(words.begin(), {"--process", std::to_string(platform::currentProcessId())});
+        test::ChildProcess process(ownProgram().parent_path() / programFile("zprusb-simulator"), words);
+        process.closeInput();
+        return process.exitStatus();
+    };
+    const Host host;
+    EXPECT_EQ(tool({"show"}), 0);
+    EXPECT_EQ(tool({"set", "condition=device error", "errorGroup=6"}), 0);
+    EXPECT_EQ(host.ask(getStatus), changed(success(Bytes(48), 0x11), {{2, 6}}));
+    EXPECT_EQ(tool({"fault", "command=GetStatus", "action=error", "number=5", "occurrence=every"}), 0);
+    EXPECT_EQ(host.ask(getStatus), refusal(5, 0, 0, 0x11));
+    EXPECT_EQ(tool({"fault", "--clear"}), 0);
+    EXPECT_EQ(tool({"set", "condition=ready", "plugged=false"}), 0);
+    EXPECT_FALSE(host.isPresent());
+    EXPECT_EQ(tool({"set", "condition=tired"}), 2);
 }
 
 TEST_F(Configurations, SayAllThatAPrinterIs) {

@@ -59,6 +59,17 @@ TEST_F(Pages, BecomeAPictureAndADataSheet) {
     EXPECT_EQ(filesInFolder(), 2u);
 }
 
+TEST_F(Pages, ThatCannotBeWrittenBreakThePrinterDown) {
+    fs::create_directories(folder.parent_path());
+    configure();
+    std::ofstream(folder) << "a file where the folder should be";
+    const Host host;
+    host.transfer(printRequest(1));
+    ASSERT_EQ(zprusbsim_waitForPages(0, 1, patience), 1u);
+    EXPECT_EQ(zprusbsim_printedPages(0), 0u);
+    EXPECT_EQ(host.ask(getStatus)[7], 0x11);
+}
+
 TEST_F(Pages, CountCopiesAndCarryTheirJobNumberOn) {
     configure({{{"counters", {10, 20, 30, 40, 50, 60, 255}}, {"jobNumber", 254}}});
     const Host host;
