@@ -110,7 +110,7 @@ uint32_t zprusbsim_waitForPages(uint32_t printer, uint32_t pages, uint32_t milli
 /// @return the length of the path without its final zero, or 0 when there was no page.
 uint32_t zprusbsim_lastPage(uint32_t printer, char* path, uint32_t capacity);
 
-/// Tells all that the printer is and remembers, as a JSON object: "serial", "condition", "errorGroup",
+/// Tells all that the printer is and remembers, as a JSON object: "serial", "plugged", "condition", "errorGroup",
 /// "errorDetail", "uniqueString", "jobNumber", "printedPages", "counters" (seven), "memory" (hexadecimal
 /// digits), "operationButton", "parameter" (these two 0 until they are set), "maintenanceParams" (six),
 /// "ledFlashes", "resets", "requests" (how many ever came), "diagnosis" (null, or the last one's "kind",
