@@ -110,10 +110,10 @@ uint32_t zprusbsim_waitForPages(uint32_t printer, uint32_t pages, uint32_t milli
 /// @return the length of the path without its final zero, or 0 when there was no page.
 uint32_t zprusbsim_lastPage(uint32_t printer, char* path, uint32_t capacity);
 
-/// Tells all that the printer is and remembers, as a JSON object: "serial", "plugged", "condition", "errorGroup",
-/// "errorDetail", "uniqueString", "jobNumber", "printedPages", "counters" (seven), "memory" (hexadecimal
-/// digits), "operationButton", "parameter" (these two 0 until they are set), "maintenanceParams" (six),
-/// "ledFlashes", "resets", "requests" (how many ever came), "diagnosis" (null, or the last one's "kind",
+/// Tells all that the printer is and remembers, as a JSON object: "serial", "plugged", "condition",
+/// "errorGroup", "errorDetail", "uniqueString", "jobNumber", "printedPages", "counters" (seven), "memory"
+/// (hexadecimal digits), "operationButton", "parameter" (these two 0 until they are set), "maintenanceParams"
+/// (six), "ledFlashes", "resets", "requests" (how many ever came), "diagnosis" (null, or the last one's "kind",
 /// "parameters" and "passed") and "updates" (of each target the "target", "start" and "length").
 /// @param printer device number.
 /// @param json receives the text; it is cut off when it does not fit. May be null when `capacity` is 0.
