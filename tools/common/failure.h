@@ -24,13 +24,17 @@ inline constexpr const char* exitStatusText =
 
 constexpr ExitStatus exitStatusOf(uint16_t code) {
     switch (code) {
-        case ZPRUSB_SUCCESS: return exitSuccess;
-        case ZPRUSB_PRINTER_BUSY: return exitBusy;
+        case ZPRUSB_SUCCESS:
+            return exitSuccess;
+        case ZPRUSB_PRINTER_BUSY:
+            return exitBusy;
         case ZPRUSB_NO_CONTROL_LIBRARY:
         case ZPRUSB_NO_PRINTER_FOUND:
         case ZPRUSB_NOT_SELECTABLE:
-        case ZPRUSB_NO_PRINTER: return exitNoPrinter;
-        default: return exitRefused;
+        case ZPRUSB_NO_PRINTER:
+            return exitNoPrinter;
+        default:
+            return exitRefused;
     }
 }
 

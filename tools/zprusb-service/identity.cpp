@@ -5,6 +5,7 @@
 #include "device/device_table.h"
 #include "failure.h"
 #include "protocol/exchange.h"
+#include "protocol/requests.h"
 
 namespace tool {
 namespace {
@@ -19,13 +20,13 @@ std::string orUnknown(const std::function<std::string()>& read) {
 }
 
 /// The library asks for the model name only to see whether it is answered.
-bool readModelName(device::PrinterObject& printer, protocol::Payload* payload, uint16_t* code) {
-    return protocol::query(printer, *payload, code, protocol::sendGetModelName);
+device::Result readModelName(device::PrinterObject& printer, protocol::Payload* payload) {
+    return protocol::fetch(printer.connection, protocol::request::getModelName(), *payload);
 }
 
-bool readDeviceName(device::PrinterObject& printer, uint8_t number, char* name, uint16_t*) {
+device::Result readDeviceName(device::PrinterObject&, uint8_t number, char* name) {
     const device::DeviceEntry* entry = device::openEntry(number);
-    return entry != nullptr && printer.control.getDeviceName(entry->handle, name) == 1;
+    return {entry != nullptr && entry->control->getDeviceName(entry->handle, name) == 1};
 }
 
 std::string firmwareVersion(const Printer& printer) {
@@ -54,14 +55,14 @@ Identity identify(const Printer& printer) {
 
 std::string modelName() {
     protocol::Payload payload;
-    call([&](uint16_t* code) { return api::run(api::lockFreeFrame, code, readModelName, &payload); });
+    call([&](uint16_t* code) { return api::call(api::lockFreeFrame, code, readModelName, &payload); });
     return textOf({payload.bytes.data(), payload.count});
 }
 
 /// The part of the device's name between the second and the third mark.
 std::string serialNumber(uint8_t printer) {
     char name[1025] = "";
-    call([&](uint16_t* code) { return api::run(api::lockedFrame, code, readDeviceName, printer, &name[0]); });
+    call([&](uint16_t* code) { return api::call(api::lockedFrame, code, readDeviceName, printer, &name[0]); });
     const std::string path = name;
     const size_t start = path.find('#', path.find('#') + 1);
     if (start == std::string::npos) return "";
