@@ -15,7 +15,7 @@ namespace bench {
 
 namespace {
 
-constexpr size_t pieceSize = 4096;  // what the library hands over at once
+constexpr size_t chunkSize = 4096;  // what the library hands over at once
 
 /// Something to write into whose other end, if it has one, reads all the time.
 class DataPipe {
@@ -52,8 +52,8 @@ private:
 };
 
 void writeBare(int pipe, const std::vector<uint8_t>& page) {
-    for (size_t sent = 0; sent < page.size(); sent += pieceSize) {
-        const size_t size = std::min(pieceSize, page.size() - sent);
+    for (size_t sent = 0; sent < page.size(); sent += chunkSize) {
+        const size_t size = std::min(chunkSize, page.size() - sent);
         require(write(pipe, page.data() + sent, size) == static_cast<ssize_t>(size), "write");
     }
 }

@@ -6,9 +6,8 @@
 /// With every check left out:
 ///
 ///     uint16_t code, page;
-///     uint32_t size = 1800 * 1200 * 3;                   // width x height x 3 bytes of RGB, 300 dots per
-///     inch:
-///                                                        // so the simulator takes it; see zprusb_write()
+///     uint32_t size = 1800 * 1200 * 3;                   // width x height x 3 bytes of RGB, as the
+///                                                        // simulator takes them; see zprusb_write()
 ///     zprusb_open(&code);
 ///     zprusb_checkMediaInfo(0xF1, 15240, 10160, &code);  // 6 x 4 inch, in 1/100 mm
 ///     zprusb_startpage(&page, &code);
@@ -50,9 +49,9 @@
 ///   1501.
 ///
 /// The calls of a process run one after the other, under one lock that each of them holds to its end, so a call
-/// first waits for its turn. zprusb_copies() and zprusb_endpage() don't take that lock and
-/// wait for nothing. A background thread, started by zprusb_open(), notices unplugged printers; it takes the
-/// lock while it looks at them.
+/// first waits for its turn. zprusb_copies() and zprusb_endpage() don't take that lock and wait for nothing. A
+/// background thread, started by zprusb_open(), notices unplugged printers; it takes the lock while it looks at
+/// them.
 ///
 /// On Linux, a thread that is cancelled in a call goes on until the call has returned, and the child of a fork
 /// finds the library as if it had never been opened; nothing that it does there concerns the parent's printers.
@@ -60,10 +59,10 @@
 /// @section reservations Reservations
 ///
 /// A function that talks to a printer first reserves it for the calling thread, among all threads and processes
-/// of the machine, and gives it free again before it returns. A successful start of a page keeps the
-/// reservation until zprusb_endpage(), which has to come from the same thread; meanwhile that thread may call
-/// everything else. A thread or process that ends without giving it back does not keep the printer: the next
-/// attempt to reserve it may fail with 1500, the one after that is in order.
+/// of the machine, and releases it before it returns. A successful start of a page keeps the reservation until
+/// zprusb_endpage(), which has to come from the same thread; meanwhile that thread may call everything else. A
+/// thread or process that ends without releasing a printer does not keep it: the next attempt to reserve it may
+/// fail with 1500, the one after that is in order.
 ///
 /// @section limits Time limits
 ///
@@ -75,8 +74,9 @@
 ///   is that of the last attempt.
 /// - The limit given with a function counts from its turn among the calls of the process, and leaves out what
 ///   the control library takes for finding, opening and closing devices. The wait for the turn has no limit of
-///   its own, since zprusb_write(), and the search for printers in zprusb_open(), zprusb_MakeObject(),
-///   zprusb_listupPrinter() and zprusb_listupPrinterLbl(), have none.
+///   its own, since zprusb_write() has none. Nor has the search for printers in zprusb_open(),
+///   zprusb_MakeObject(), zprusb_listupPrinter() and zprusb_listupPrinterLbl(), but other calls go on while it
+///   waits.
 #ifndef ZPRUSB_H
 #define ZPRUSB_H
 
@@ -96,14 +96,14 @@
 #define ZPRUSB_API
 #endif
 
-/// Every result code. Use it with a macro of five parameters to make a switch or a table of one's own:
+/// Every result code. Use it with a macro of five parameters to make a switch or a table of your own:
 /// X(number, name, meaning, likely cause, remedy), the last three as sentences.
 /// @hideinitializer
 // clang-format off
 #define ZPRUSB_RESULT_CODES(X) \
     X(0, SUCCESS, "Success.", \
       "The call did what it was asked for.", \
-      "Nothing is to be done.") \
+      "You need do nothing.") \
     X(1000, OUT_OF_MEMORY, "There is not enough memory.", \
       "The system refused memory for a printer object or for a firmware image.", \
       "Close other programs and try again.") \
@@ -126,7 +126,7 @@
       "selected.", \
       "List the printers and choose one of them.") \
     X(1500, PRINTER_BUSY, "Another thread or program is using the printer.", \
-      "A page is open on it, another call is talking to it, or its last user ended without giving it free.", \
+      "A page is open on it, another call is talking to it, or its last user ended without releasing it.", \
       "Wait until its page has ended and try again.") \
     X(1501, NO_OBJECT, "The calling thread has no printer object.", \
       "The library is not open, the thread has not called zprusb_open while there are several objects, or " \
@@ -335,6 +335,16 @@ enum zprusb_settingTag {
 };
 #undef ZPRUSB_ENUMERATOR
 
+/// How zprusb_checkMediaInfo() reads the codes and lengths of the media list.
+enum zprusb_mediaRule {
+    ZPRUSB_FIRST_EXACT_CODE = 0xF0,          ///< Codes from here to the next one name exact sizes,
+    ZPRUSB_LAST_EXACT_CODE = 0xFE,           ///< all others a variable length.
+    ZPRUSB_FIRST_DEFAULTED_CODE = 0xE0,      ///< Codes from here to the next one have a default
+    ZPRUSB_LAST_DEFAULTED_CODE = 0xEF,       ///< where the list says 0 for the longest length.
+    ZPRUSB_SHORTEST_VARIABLE_LENGTH = 7112,  ///< The shortest variable length, in 1/100 mm.
+    ZPRUSB_DEFAULT_LONGEST_LENGTH = 25120    ///< The default of the longest length, in 1/100 mm.
+};
+
 /// Sizes and limits.
 enum zprusb_size {
     ZPRUSB_MAX_OBJECTS = 100,        ///< Objects that zprusb_MakeObject() makes at most.
@@ -367,7 +377,7 @@ ZPRUSB_API uint32_t zprusb_MakeObject(uint16_t objectCount);
 /// Releases all printer objects, closes the printers and sets the number of objects back to 1. Reservations of
 /// the calling thread end. The background thread goes on.
 /// @param resultCode receives the code; may be null.
-/// @return 1; 0 when a thread is still bound, be it the calling one: nothing has changed then.
+/// @return 1; 0 when a thread is still bound, even the calling one: then nothing has changed.
 /// @par Codes
 /// 0; 1502 a thread is bound.
 /// @par Threads and time
@@ -413,7 +423,7 @@ ZPRUSB_API void zprusb_close(void);
 /// A search looks at no more device numbers than the first one has opened devices. A printer that comes in
 /// addition is found for certain only after zprusb_close() on all threads and a new zprusb_open().
 /// @param list room for 128 bytes. Receives the numbers of the printers, 0 to 127, in the order found; the rest
-///        is filled with 0xFF. Null: nothing is done, and 0 is returned.
+///        is filled with 0xFF. Null: the call does nothing and returns 0.
 /// @return the number of printers found; 0 before the first object is made, with the list filled all the same.
 /// @par Threads, reservations and time
 /// Any thread; it works on the first object, whichever thread is bound to that. The search reserves each newly
@@ -423,7 +433,7 @@ ZPRUSB_API uint32_t zprusb_listupPrinter(uint8_t* list);
 /// Searches the printers, as zprusb_listupPrinter() does, and lists their labels. The library does not read
 /// labels from printers: all of them are 23 zero bytes.
 /// @param labels room for 2944 bytes. Receives 23 bytes for each printer, not terminated, in the order found;
-///        the rest is zero. Null: nothing is done, and 0 is returned.
+///        the rest is zero. Null: the call does nothing and returns 0.
 /// @return the number of printers found; 0 also when there are 128, and before the first object is made.
 /// @par Threads, reservations and time
 /// As zprusb_listupPrinter().
@@ -503,8 +513,8 @@ ZPRUSB_API uint32_t zprusb_status(uint16_t* resultCode);
 
 /// Asks several printers for their status, one after the other. The selection is as before afterwards; if there
 /// was none, the last printer of the list that is present becomes selected.
-/// @param printerList printer numbers, ended by 0xFF; at most 128 are read. Null: nothing is done, and 0 is
-///        returned.
+/// @param printerList printer numbers, ended by 0xFF; at most 128 are read. Null: the call does nothing and
+///        returns 0.
 /// @param results room for one code for each number of the list; element i belongs to number i of the list.
 ///        Null: as for the list.
 /// @return 1 when at least one of the printers is ready.
@@ -586,7 +596,7 @@ ZPRUSB_API uint32_t zprusb_startpage(uint16_t* pageId, uint16_t* resultCode);
 ZPRUSB_API uint32_t zprusb_startpagelong(uint16_t* pageId, uint8_t sectionIndex, uint16_t* resultCode);
 
 /// Sends image data of the started page, in as many calls as the caller likes. They go out as they are: the
-/// library neither counts them nor looks whether a page was started. How many bytes a page has, at how many
+/// library neither counts them nor checks that a page was started. How many bytes a page has, at how many
 /// dots per inch, and how they make up its pixels, the printer's manual says. The simulator and the tools take
 /// width x length at 300 dots per inch, 8-bit RGB, row by row.
 /// @param data the bytes. Null gives 1006 unless the length is 0.
@@ -602,7 +612,7 @@ ZPRUSB_API uint32_t zprusb_startpagelong(uint16_t* pageId, uint8_t sectionIndex,
 /// zprusb_endpage(); data in several calls let the others come in between.
 ZPRUSB_API uint32_t zprusb_write(const uint8_t* data, const uint32_t* length, uint16_t* resultCode);
 
-/// Ends the page: gives the printer free and sets the number of copies back to 1. Sends nothing.
+/// Ends the page: releases the printer and sets the number of copies back to 1. Sends nothing.
 /// @param resultCode receives the code; may be null.
 /// @return 1; 0 only without an object.
 /// @par Codes

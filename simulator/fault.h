@@ -26,10 +26,9 @@ enum class FaultAction {
 
 struct Fault {
     uint32_t printer = 0;
-    std::optional<uint16_t> command;  // identifier of the command it waits for; none: any command
-    std::optional<uint64_t>
-        imageByte;            // instead of a command: so many bytes of a page or an update have arrived
-    uint32_t occurrence = 1;  // 0: every one
+    std::optional<uint16_t> command;    // identifier of the command it waits for; none: any command
+    std::optional<uint64_t> imageByte;  // instead of a command: this many bytes of page or update data
+    uint32_t occurrence = 1;            // 0: every one
     FaultAction action = FaultAction::never;
     std::chrono::milliseconds duration{0};
     uint32_t bytes = 0;  // of shorten and lengthen

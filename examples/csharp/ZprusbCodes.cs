@@ -7,7 +7,7 @@ namespace Zprusb
         {
             switch (code)
             {
-                case 0: return "Success. Nothing is to be done."; // SUCCESS
+                case 0: return "Success. You need do nothing."; // SUCCESS
                 case 1000: return "There is not enough memory. Close other programs and try again."; // OUT_OF_MEMORY
                 case 1002: return "The control library is missing beside this library, or it is incomplete. Put the printer's control library, or the simulator, into the folder of this library."; // NO_CONTROL_LIBRARY
                 case 1004: return "No printer was found. Connect the printer by USB, switch it on, and open again."; // NO_PRINTER_FOUND

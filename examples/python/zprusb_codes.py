@@ -1,7 +1,7 @@
 """The library's result codes: name, meaning, and what to do."""
 
 CODES = {
-    0: ("SUCCESS", "Success.", "Nothing is to be done."),
+    0: ("SUCCESS", "Success.", "You need do nothing."),
     1000: ("OUT_OF_MEMORY", "There is not enough memory.", "Close other programs and try again."),
     1002: ("NO_CONTROL_LIBRARY", "The control library is missing beside this library, or it is incomplete.", "Put the printer's control library, or the simulator, into the folder of this library."),
     1004: ("NO_PRINTER_FOUND", "No printer was found.", "Connect the printer by USB, switch it on, and open again."),

@@ -23,7 +23,8 @@ inline uint32_t report(device::Result result, uint16_t* resultCode) {
     return result.success;
 }
 
-/// Runs an operation on the calling thread's object; without one, the result is 1501.
+/// Runs an operation on the calling thread's object; without one, the result is 1501. The check of the locks
+/// doesn't see which operations need the API lock: each entry point chooses the frame that has it.
 template <class Operation, class... Arguments>
 device::Result run(unsigned retries, const Operation& operation, const Arguments&... arguments) {
     const ObjectUse object(findThreadSlot());

@@ -16,8 +16,9 @@ namespace {
 
 constinit std::atomic<bool> forksAreHandled{false};
 
-/// All state of the process but the named mutexes, which see to themselves.
-void resetInChild() {
+/// All state of the process but the named mutexes, which see to themselves. The one thread of the child needs
+/// no lock for it.
+void resetInChild() NO_THREAD_SAFETY_ANALYSIS {
     platform::startAnew(device::apiLock);
     resetObjectTableInChild();
     resetLifecycleInChild();
@@ -28,13 +29,14 @@ void resetInChild() {
 
 }  // namespace
 
-EntryGuard::EntryGuard(bool locked) : locked_(locked) {
+// The check of the locks doesn't know what a flag decides.
+EntryGuard::EntryGuard(bool locked) NO_THREAD_SAFETY_ANALYSIS : locked_(locked) {
     if (!forksAreHandled) forksAreHandled = platform::runInForkedChildren(resetInChild);
     platform::releaseClosedMutexes();
     if (locked_) device::apiLock.enter();
 }
 
-EntryGuard::~EntryGuard() {
+EntryGuard::~EntryGuard() NO_THREAD_SAFETY_ANALYSIS {
     if (locked_) device::apiLock.leave();
 }
 

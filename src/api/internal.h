@@ -3,7 +3,7 @@
 /// resultCode (may be null), 1501 without an object. A null pointer where bytes are to be read or written gives
 /// 1006 and sends nothing.
 ///
-/// From zprusb_resetErrorLog() on they run without the ApiLock; what they send and what they receive with a
+/// From zprusb_resetErrorLog() on they run without the API lock; what they send and what they receive with a
 /// time-out holds it for the length of the transfer. "Reserves" means: holds the printer's device mutex for the
 /// whole run, and fails with 2000 (no printer selected, or it is gone), 1500 (another thread or process holds
 /// it for more than 500 ms, or its last owner ended without releasing it) or 2504. Entry points that don't
@@ -40,7 +40,7 @@ uint32_t zprusb_listupPrinterId(uint8_t* ids);
 ///         released); null when there is no object.
 uint8_t* zprusb_selectPrinterId(uint64_t printerId, uint16_t* resultCode);
 
-/// Writes a tone curve into the printer, or makes the printer forget it. Holds the ApiLock; reserves.
+/// Writes a tone curve into the printer, or makes the printer forget it. Holds the API lock; reserves.
 /// @param mode 0 forgets; 1 and 2 write one of two curves.
 /// @param data ZPRUSB_TONE_CURVE_SIZE bytes, read for modes 1 and 2 only.
 /// @param resultCode 0; 1006 another mode, or no data; 2600 every failure of an exchange.
@@ -110,8 +110,7 @@ uint32_t zprusb_selfDiagnosisData(uint8_t kind, uint8_t p1, uint8_t p2, uint8_t*
 ///        and the return value 0.
 /// @param length the room in out; becomes the number of bytes copied, ZPRUSB_DIAGNOSIS_RESULTS_SIZE at most.
 /// @param resultCode 0, also when the answer is not as long as it says; 8000 the printer answered with
-/// condition
-///        2106 (out then holds zeros); 2600; the codes of error answers.
+///        condition 2106 (out then holds zeros); 2600; the codes of error answers.
 uint32_t zprusb_getSelfDiagnosisResults(uint8_t* out, uint32_t* length, uint16_t* resultCode);
 
 /// Sets the six maintenance values.

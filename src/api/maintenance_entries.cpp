@@ -4,6 +4,7 @@
 #include "printer/actions.h"
 #include "printer/diagnosis.h"
 #include "printer/maintenance.h"
+#include "printer/page.h"
 #include "printer/raw.h"
 
 using api::call;
@@ -37,7 +38,7 @@ uint32_t zprusb_getModelName(uint16_t* resultCode) {
 }
 
 uint32_t zprusb_writeRaw(const uint8_t* data, const uint32_t* length, uint16_t* resultCode) {
-    return call(lockFreeFrame, resultCode, printer::writeRaw, data, length);
+    return call(lockFreeFrame, resultCode, printer::writeData, data, length);
 }
 
 uint32_t zprusb_transferRaw(const uint8_t* data, uint32_t length, uint8_t* out, uint32_t* outCount,

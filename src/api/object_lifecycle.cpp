@@ -13,6 +13,7 @@
 
 namespace api {
 
+using device::apiLock;
 using device::done;
 using device::failure;
 
@@ -32,13 +33,12 @@ bool allocateBuffers(device::WorkingBuffers& buffers) {
            allocate(buffers.work, Buffers::workSize);
 }
 
-/// Whether a thread is in the first search of the process, which may be away from the API lock. Guarded by
-/// that.
-constinit bool firstSearchRuns = false;
+/// Whether a thread is in the first search of the process, which may be away from the API lock.
+constinit bool firstSearchRuns GUARDED_BY(apiLock) = false;
 
 /// The first search of the process. Later ones probe only as many device numbers as it opened devices; one that
 /// found no printer limits nothing.
-bool fillDeviceTable(PrinterObject& printer) {
+bool fillDeviceTable(PrinterObject& printer) REQUIRES(apiLock) {
     device::resetDeviceTable(0x00);
     uint8_t list[device::deviceCount];
     firstSearchRuns = true;
@@ -50,14 +50,14 @@ bool fillDeviceTable(PrinterObject& printer) {
 }
 
 /// Opens one object; on one that is open already, repeats only the steps whose results are missing.
-Result openObject(PrinterObject& printer) {
+Result openObject(PrinterObject& printer) REQUIRES(apiLock) {
     if (!device::deviceTableReady) device::resetDeviceTable(0xFF);
     if (printer.control == nullptr) printer.control = device::useControlLibrary();
     if (printer.control == nullptr) return failure(ZPRUSB_NO_CONTROL_LIBRARY);
     if (!allocateBuffers(printer.buffers)) return failure(ZPRUSB_OUT_OF_MEMORY);
     if (!device::deviceTableReady && !fillDeviceTable(printer)) return failure(ZPRUSB_NO_PRINTER_FOUND);
     if (!printer.opened) {
-        (void)device::selectByNumber(printer, 0);  // when there is no printer of that number, none is selected
+        (void)device::selectByIndex(printer, 0);  // when there is no printer of that index, none is selected
         printer.opened = true;
     }
     return done;
@@ -68,7 +68,7 @@ bool isFilled(uint32_t slot) {
 }
 
 /// Opens the object of a slot, which is made first if the slot is empty.
-Result openSlot(uint32_t slot) {
+Result openSlot(uint32_t slot) REQUIRES(apiLock) {
     if (!isFilled(slot) && !fillSlot(slot)) return failure(ZPRUSB_OUT_OF_MEMORY);
     const ObjectUse object(static_cast<int>(slot));
     return openObject(*object);
@@ -80,7 +80,7 @@ void allowUpdates(uint32_t slot) {
 }
 
 /// Ends what the object has of the outside world. Its memory goes with its last user.
-void tearDown(uint32_t slot) {
+void tearDown(uint32_t slot) REQUIRES(apiLock) {
     const ObjectUse object(static_cast<int>(slot));
     if (!object) return;
     device::releaseAllDeviceMutexes(*object);

@@ -21,24 +21,25 @@ constexpr std::array<uint32_t, slotCount> allFree() {
     return threads;
 }
 
-/// All guarded by tablesLock, a leaf: nothing is waited for or locked while it is held.
+/// A leaf: nothing is waited for or locked while it is held.
 constinit platform::Lock tablesLock;
-constinit std::array<PrinterObject*, slotCount> objectTable{};
-constinit std::array<uint32_t, slotCount> threadBindingTable = allFree();
-constinit uint32_t usedSlots = 1;
+constinit std::array<PrinterObject*, slotCount> objectTable GUARDED_BY(tablesLock){};
+constinit std::array<uint32_t, slotCount> threadBindingTable GUARDED_BY(tablesLock) = allFree();
+constinit uint32_t usedSlots GUARDED_BY(tablesLock) = 1;
 
-/// The table's side of the slot lookups, with tablesLock held.
-int slotOf(uint32_t thread) {
+/// The table's side of the slot lookups.
+int slotOf(uint32_t thread) REQUIRES(tablesLock) {
     const auto end = threadBindingTable.begin() + usedSlots;
     const auto found = std::find(threadBindingTable.begin(), end, thread);
     return found != end ? static_cast<int>(found - threadBindingTable.begin()) : noSlot;
 }
 
-int slotOfUnbound() {
+int slotOfUnbound() REQUIRES(tablesLock) {
     return usedSlots == 1 ? 0 : noSlot;
 }
 
-void freeObject(PrinterObject* object) {
+/// Whoever frees an object is its last user and needs no lock for it.
+void freeObject(PrinterObject* object) NO_THREAD_SAFETY_ANALYSIS {
     std::free(object->buffers.image);
     std::free(object->buffers.page);
     std::free(object->buffers.work);
@@ -46,9 +47,8 @@ void freeObject(PrinterObject* object) {
     platform::destroy(object);
 }
 
-/// With tablesLock held.
 /// @return the object if this was its last use and it is to be freed.
-PrinterObject* dropUse(PrinterObject* object) {
+PrinterObject* dropUse(PrinterObject* object) REQUIRES(tablesLock) {
     if (object == nullptr || --object->uses != 0) return nullptr;
     return object;
 }
@@ -125,6 +125,7 @@ void forEachObject(void (*function)(PrinterObject& printer)) {
 
 void resetObjectTableInChild() {
     platform::startAnew(tablesLock);
+    const HoldingTables lock(tablesLock);
     objectTable = {};
     threadBindingTable.fill(freeThread);
     usedSlots = 1;

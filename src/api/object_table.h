@@ -47,6 +47,7 @@ void setObjectCount(uint32_t count);
 
 /// Calls the function for the object of every slot that has one.
 void forEachObject(void (*function)(PrinterObject& printer));
+
 /// In the child of a fork: as in a process that has made no object. The parent's are not freed.
 void resetObjectTableInChild();
 

@@ -7,7 +7,6 @@
 #include "printer/maintenance_memory.h"
 #include "printer/media.h"
 #include "printer/page.h"
-#include "printer/raw.h"
 #include "printer/settings.h"
 #include "printer/status.h"
 
@@ -37,14 +36,11 @@ uint32_t zprusb_status(uint16_t* resultCode) {
 
 uint32_t zprusb_statusAll(const uint8_t* printerList, uint16_t* results) {
     if (printerList == nullptr || results == nullptr) return 0;
-    const api::EntryGuard guard;
-    const Result result = api::run(0, [&](PrinterObject& printer) {
-        return Result{printer::queryStatusOfAll(printer, printerList, results)};
-    });
-    if (result.code == ZPRUSB_NO_OBJECT) {
-        std::fill_n(results, printer::lengthOfPrinterList(printerList), result.code);
-    }
-    return result.success;
+    const api::LockedEntryGuard guard;
+    const api::ObjectUse object(api::findThreadSlot());
+    if (object) return printer::queryStatusOfAll(*object, printerList, results);
+    std::fill_n(results, printer::lengthOfPrinterList(printerList), uint16_t{ZPRUSB_NO_OBJECT});
+    return 0;
 }
 
 uint32_t zprusb_checkMediaInfo(uint8_t mediaCode, uint32_t width, uint32_t length, uint16_t* resultCode) {
@@ -68,7 +64,7 @@ uint32_t zprusb_startpagelong(uint16_t* pageId, uint8_t sectionIndex, uint16_t* 
 }
 
 uint32_t zprusb_write(const uint8_t* data, const uint32_t* length, uint16_t* resultCode) {
-    return call(lockedFrame, resultCode, printer::writeRaw, data, length);
+    return call(lockedFrame, resultCode, printer::writeData, data, length);
 }
 
 uint32_t zprusb_endpage(uint16_t* resultCode) {

@@ -32,7 +32,7 @@ uint32_t listPrinters(uint8_t* list) {
     forEachObject(device::dropLostPage);
     if (selected == device::noDeviceIndex) return found;
     const ObjectUse own(bindThreadSlot());
-    if (own) (void)device::selectByNumber(*own, selected);  // takes the pipe handles anew
+    if (own) (void)device::selectByIndex(*own, selected);  // takes the pipe handles anew
     return found;
 }
 

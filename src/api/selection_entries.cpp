@@ -9,7 +9,7 @@
 #include "device/device_table.h"
 #include "device/selection.h"
 
-using api::EntryGuard;
+using api::LockedEntryGuard;
 using api::ObjectUse;
 using device::DeviceEntry;
 using device::PrinterObject;
@@ -21,7 +21,7 @@ namespace {
 template <class Identity>
 uint32_t listIdentities(Identity DeviceEntry::*field, void* identities, int filler) {
     if (identities == nullptr) return 0;
-    const EntryGuard guard;
+    const LockedEntryGuard guard;
     api::waitForFirstSearch();
     auto* next = static_cast<char*>(std::memset(identities, filler, sizeof(Identity) * device::deviceCount));
     uint8_t list[device::deviceCount];
@@ -37,7 +37,7 @@ uint32_t listIdentities(Identity DeviceEntry::*field, void* identities, int fill
 /// The frame of the selections, which bind the calling thread.
 template <class Select>
 void selectOnBoundPrinter(uint16_t* resultCode, const Select& select) {
-    const EntryGuard guard;
+    const LockedEntryGuard guard;
     const ObjectUse object(api::bindThreadSlot());
     api::report(object ? select(*object) : device::failure(ZPRUSB_NO_OBJECT), resultCode);
 }
@@ -46,7 +46,7 @@ void selectOnBoundPrinter(uint16_t* resultCode, const Select& select) {
 
 uint32_t zprusb_listupPrinter(uint8_t* list) {
     if (list == nullptr) return 0;
-    const EntryGuard guard;
+    const LockedEntryGuard guard;
     api::waitForFirstSearch();
     return api::listPrinters(list);
 }
@@ -61,8 +61,8 @@ uint32_t zprusb_listupPrinterId(uint8_t* ids) {
 
 uint32_t zprusb_selectPrinter(uint8_t printerNumber, uint16_t* resultCode) {
     uint32_t selected = device::noDeviceIndex;
-    selectOnBoundPrinter(resultCode, [&](PrinterObject& printer) {
-        const Result result = device::selectByNumber(printer, printerNumber);
+    selectOnBoundPrinter(resultCode, [&](PrinterObject& printer) REQUIRES(device::apiLock) {
+        const Result result = device::selectByIndex(printer, printerNumber);
         if (result) selected = printer.deviceIndex;
         return result;
     });
@@ -71,7 +71,7 @@ uint32_t zprusb_selectPrinter(uint8_t printerNumber, uint16_t* resultCode) {
 
 char* zprusb_selectPrinterLbl(const char* label, uint16_t* resultCode) {
     char* selected = nullptr;
-    selectOnBoundPrinter(resultCode, [&](PrinterObject& printer) {
+    selectOnBoundPrinter(resultCode, [&](PrinterObject& printer) REQUIRES(device::apiLock) {
         const Result result = device::selectByLabel(printer, label);
         if (result || label != nullptr) selected = printer.selectedPrinterLabel.data();
         return result;
@@ -83,7 +83,7 @@ uint8_t* zprusb_selectPrinterId(uint64_t printerId, uint16_t* resultCode) {
     device::PrinterId id;
     std::memcpy(id.data(), &printerId, id.size());
     uint8_t* selected = nullptr;
-    selectOnBoundPrinter(resultCode, [&](PrinterObject& printer) {
+    selectOnBoundPrinter(resultCode, [&](PrinterObject& printer) REQUIRES(device::apiLock) {
         selected = printer.selectedPrinterId.data();
         return device::selectById(printer, id);
     });

@@ -36,7 +36,7 @@ void ApiLock::take(uint32_t thread) {
     depth_ = 1;
 }
 
-/// With the gate held, and the lock not to be had at once.
+/// For a thread that may not enter at once.
 void ApiLock::wait(Waiter& waiter, Queue& queue, const std::atomic<bool>* stop) {
     queue.append(waiter);
     while (!waiter.admitted && (stop == nullptr || !*stop)) {
@@ -64,7 +64,7 @@ bool ApiLock::isTurnOfPrivileged() {
     return isTheirs;
 }
 
-/// Admits the next one, with the gate held.
+/// Admits the next one.
 void ApiLock::passOn() {
     holder_ = nobody;
     const bool privileged = isTurnOfPrivileged();

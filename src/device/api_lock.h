@@ -16,19 +16,19 @@ namespace device {
 ///
 /// Nobody waits for a printer while holding it: see AwayFromApiLock. So it may be entered before a printer's
 /// named mutex is waited for as well as after.
-class ApiLock {
+class CAPABILITY("API lock") ApiLock {
 public:
     constexpr ApiLock() = default;
     ApiLock(const ApiLock&) = delete;
     ApiLock& operator=(const ApiLock&) = delete;
 
-    void enter();
+    void enter() ACQUIRE();
 
     /// For the handling of device changes: as an owner of a printer. Gives up soon after `stop` has been set.
     /// @return whether the calling thread has the lock now.
-    bool enterUnless(const std::atomic<bool>& stop);
+    bool enterUnless(const std::atomic<bool>& stop) TRY_ACQUIRE(true);
 
-    void leave();
+    void leave() RELEASE();
 
 private:
     friend class AwayFromApiLock;
@@ -49,21 +49,22 @@ private:
     };
 
     bool isHeldBy(uint32_t thread) const { return holder_.load(std::memory_order_relaxed) == thread; }
-    bool mayEnter(bool privileged) const;
-    void take(uint32_t thread);
-    void wait(Waiter& waiter, Queue& queue, const std::atomic<bool>* stop);
+    bool mayEnter(bool privileged) const REQUIRES(gate_);
+    void take(uint32_t thread) REQUIRES(gate_);
+    void wait(Waiter& waiter, Queue& queue, const std::atomic<bool>* stop) REQUIRES(gate_);
     bool enterAs(uint32_t thread, bool privileged, const std::atomic<bool>* stop);
-    bool isTurnOfPrivileged();
-    void passOn();
+    bool isTurnOfPrivileged() REQUIRES(gate_);
+    void passOn() REQUIRES(gate_);
 
-    platform::Lock gate_;  // a leaf; guards all that follows
-    std::atomic<uint32_t> holder_{
-        0};  // thread identifier; read by any thread, which can mistake no other's for its own
-    uint32_t depth_ = 0;
-    uint32_t lenders_ = 0;  // threads that are away and admit owners of printers only
-    uint32_t row_ = 0;      // privileged threads that were admitted while others waited
-    Queue privileged_;
-    Queue others_;
+    platform::Lock gate_;  // a leaf
+    // The holder's thread identifier, written with the gate held. Any thread reads it, and can mistake no other
+    // one's for its own.
+    std::atomic<uint32_t> holder_{0};
+    uint32_t depth_ = 0;                      // the holder's own
+    uint32_t lenders_ GUARDED_BY(gate_) = 0;  // threads that are away and admit owners of printers only
+    uint32_t row_ GUARDED_BY(gate_) = 0;      // privileged threads that were admitted while others waited
+    Queue privileged_ GUARDED_BY(gate_);
+    Queue others_ GUARDED_BY(gate_);
 };
 
 inline constinit ApiLock apiLock;
@@ -71,7 +72,8 @@ inline constinit ApiLock apiLock;
 using HoldingApiLock = platform::Holding<ApiLock>;
 
 /// While it lives, the calling thread is without the lock, however often it had entered it. Does nothing in a
-/// thread that doesn't hold it.
+/// thread that doesn't hold it. As it stands in functions that run with the lock and in others that run
+/// without, the check of the locks knows nothing of it: nothing that the lock guards is touched in its life.
 class AwayFromApiLock {
 public:
     /// Who may enter meanwhile. For an operation on an object it is those who have a page open or an exchange

@@ -32,10 +32,10 @@ bool resolveAll(ControlLibrary& control) {
 
 // Held while the control library is loaded and unloaded, which takes as long as the system's loader.
 constinit platform::Lock controlLibraryLock;
-constinit ControlLibrary controlLibrary;
-constinit uint32_t uses = 0;
+constinit ControlLibrary controlLibrary GUARDED_BY(controlLibraryLock);
+constinit uint32_t uses GUARDED_BY(controlLibraryLock) = 0;
 
-bool load() {
+bool load() REQUIRES(controlLibraryLock) {
     controlLibrary = {};
     controlLibrary.module = platform::loadBesideThisLibrary("RQX5820UsbCtrl");
     if (controlLibrary.module == nullptr) return false;
@@ -61,6 +61,7 @@ void leaveControlLibrary(const ControlLibrary* control) {
 
 void resetControlLibraryInChild() {
     platform::startAnew(controlLibraryLock);
+    const platform::Holding holding(controlLibraryLock);
     uses = 0;
 }
 

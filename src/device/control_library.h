@@ -7,6 +7,9 @@
 
 namespace device {
 
+/// What the control library gives for a device that it opens. It asks for the device by its *device number*: a
+/// search counts those up from 0. A printer's handle is also its *device index*, its place in the device table;
+/// what zprusb.h calls the printer number is that index.
 using DeviceHandle = uint64_t;
 constexpr DeviceHandle noDevice = ~DeviceHandle{0};
 

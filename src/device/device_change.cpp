@@ -4,7 +4,7 @@ namespace device {
 
 namespace {
 
-bool isGone(const DeviceEntry& entry) {
+bool isGone(const DeviceEntry& entry) REQUIRES(apiLock) {
     return entry.control->checkDevice(entry.handle) == 0;
 }
 

@@ -7,9 +7,9 @@
 namespace device {
 
 /// Closes the object's pipes and deselects its printer if that is gone; its operations then give 2000.
-void checkSelectedDevice(PrinterObject& printer);
+void checkSelectedDevice(PrinterObject& printer) REQUIRES(apiLock);
 
 /// Closes every device of the table that is gone.
-void sweepDevices(const PrinterObject& printer);
+void sweepDevices(const PrinterObject& printer) REQUIRES(apiLock);
 
 }  // namespace device

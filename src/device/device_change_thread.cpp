@@ -19,9 +19,9 @@ struct Generation {
     std::atomic<bool> stop{false};
 };
 
-/// Guarded by the ApiLock; both null while no thread runs.
-constinit platform::Thread* thread = nullptr;
-constinit Generation* generation = nullptr;
+/// Both null while no thread runs.
+constinit platform::Thread* thread GUARDED_BY(apiLock) = nullptr;
+constinit Generation* generation GUARDED_BY(apiLock) = nullptr;
 
 void threadBody(void* argument) {
     auto* own = static_cast<Generation*>(argument);

@@ -8,31 +8,35 @@ namespace device {
 
 namespace {
 
-void clearIdentity(DeviceEntry& entry) {
-    entry.printerId = {};
+/// Ends the calling thread's hold of the mutex, if it has one, and a use.
+void releaseAndClose(platform::NamedMutex* mutex) {
+    platform::releaseNamedMutex(mutex);
+    platform::closeNamedMutex(mutex);
+}
+
+platform::NamedMutex* exchangeEntryMutex(DeviceEntry& entry, platform::NamedMutex* mutex) {
+    const HoldingTable lock(deviceTableLock);
+    return std::exchange(entry.mutex, mutex);
+}
+
+platform::NamedMutex* takePageMutex(PrinterObject& printer) {
+    const HoldingTable lock(deviceTableLock);
+    return std::exchange(printer.pageMutex, nullptr);
+}
+
+/// Leaves the entry its pipes.
+void emptyEntry(DeviceEntry& entry, uint8_t idByte) REQUIRES(apiLock) {
+    entry.handle = noDevice;
+    entry.isNew = false;
+    entry.model = nullptr;
+    entry.printerId = filledPrinterId(idByte);
     entry.printerLabel = {};
+    releaseAndClose(exchangeEntryMutex(entry, nullptr));
 }
 
-/// Gives up the calling thread's hold of the entry's mutex, if it has one, and the mutex with it.
-void dropEntryMutex(DeviceEntry& entry) {
-    platform::releaseNamedMutex(entry.mutex);
-    replaceEntryMutex(entry, nullptr);
-}
-
-void closePipe(const DeviceEntry& entry, platform::PipeHandle& pipe, bool abandoned) {
+void closePipe(const DeviceEntry& entry, platform::PipeHandle& pipe, bool abandoned) REQUIRES(apiLock) {
     if (pipe != platform::noPipe && !abandoned) entry.control->closePipe(pipe);
     pipe = platform::noPipe;
-}
-
-/// Whichever thread has the page, its printer is about to be closed.
-void revokePageMutex(PrinterObject& printer) {
-    platform::NamedMutex* mutex = nullptr;
-    {
-        HoldingTable lock(deviceTableLock);
-        std::swap(mutex, printer.pageMutex);
-    }
-    platform::revokeNamedMutex(mutex);
-    platform::closeNamedMutex(mutex);
 }
 
 }  // namespace
@@ -50,12 +54,7 @@ const Model& modelOf(const PrinterObject& printer) {
 
 void resetDeviceTable(uint8_t idByte) {
     for (DeviceEntry& entry : deviceTable) {
-        entry.handle = noDevice;
-        entry.isNew = false;
-        replaceEntryMutex(entry, nullptr);
-        entry.model = nullptr;
-        entry.printerId = filledPrinterId(idByte);
-        entry.printerLabel = {};
+        emptyEntry(entry, idByte);
         entry.writePipe = platform::noPipe;
         entry.readPipe = platform::noPipe;
     }
@@ -72,11 +71,7 @@ platform::NamedMutex* shareEntryMutex(DeviceEntry& entry) {
 }
 
 void replaceEntryMutex(DeviceEntry& entry, platform::NamedMutex* mutex) {
-    {
-        HoldingTable lock(deviceTableLock);
-        std::swap(entry.mutex, mutex);
-    }
-    platform::closeNamedMutex(mutex);
+    platform::closeNamedMutex(exchangeEntryMutex(entry, mutex));
 }
 
 void closeWritePipe(DeviceEntry& entry) {
@@ -89,20 +84,15 @@ void closeReadPipe(DeviceEntry& entry) {
 
 void closeDevice(DeviceEntry& entry) {
     entry.control->close(entry.handle);
-    entry.handle = noDevice;
-    entry.isNew = false;
-    entry.model = nullptr;
-    clearIdentity(entry);
-    dropEntryMutex(entry);
+    emptyEntry(entry, 0x00);
 }
 
 void releaseAllDeviceMutexes(PrinterObject& printer) {
-    for (DeviceEntry& entry : deviceTable) {
-        if (entry.mutex == nullptr) continue;
-        dropEntryMutex(entry);
-        clearIdentity(entry);
-    }
-    revokePageMutex(printer);
+    for (DeviceEntry& entry : deviceTable) releaseAndClose(exchangeEntryMutex(entry, nullptr));
+    // Whichever thread has the page, its printer is about to be closed.
+    platform::NamedMutex* kept = takePageMutex(printer);
+    platform::revokeNamedMutex(kept);
+    platform::closeNamedMutex(kept);
 }
 
 void closeAllDevices(PrinterObject& printer) {

@@ -10,7 +10,7 @@ namespace {
 
 constexpr uint32_t waitMilliseconds = 100;  // between two looks at whether a new device is still there
 
-constinit uint32_t openings = 0;  // of all devices; guarded by the API lock
+constinit uint32_t openings GUARDED_BY(apiLock) = 0;  // of all devices
 
 /// Where a device's interface path, such as \\?\usb#vid_5a2c&pid_0012#…, carries what is looked at.
 constexpr size_t nameCapacity = 1024;
@@ -45,7 +45,7 @@ platform::NamedMutex* openMutexOf(const DeviceName& name) {
     return platform::openNamedMutex(name.text + start);
 }
 
-bool openPipes(DeviceEntry& entry, const Model& model) {
+bool openPipes(DeviceEntry& entry, const Model& model) REQUIRES(apiLock) {
     entry.readPipe = entry.control->getPipeHandle(entry.handle, 0, model.readPipe, 0);
     entry.writePipe = entry.control->getPipeHandle(entry.handle, 0, model.writePipe, 0);
     return entry.readPipe != platform::noPipe && entry.writePipe != platform::noPipe;
@@ -53,7 +53,7 @@ bool openPipes(DeviceEntry& entry, const Model& model) {
 
 /// Devices that are gone left their pipes in the entries. They are closed before anything is opened, which may
 /// be given the same numbers.
-void closePipesOfLostDevices() {
+void closePipesOfLostDevices() REQUIRES(apiLock) {
     for (DeviceEntry& entry : deviceTable) {
         if (entry.handle != noDevice && entry.control->checkDevice(entry.handle) != 0) continue;
         closeReadPipe(entry);
@@ -62,7 +62,8 @@ void closePipesOfLostDevices() {
 }
 
 /// A device that is open already is not looked at again; its mutex is opened anew.
-bool refreshOpenDevice(DeviceEntry& entry, const ControlLibrary& control, DeviceHandle handle) {
+bool refreshOpenDevice(DeviceEntry& entry, const ControlLibrary& control, DeviceHandle handle)
+    REQUIRES(apiLock) {
     DeviceName name;
     const bool named = readName(control, handle, name);
     if (named) replaceEntryMutex(entry, openMutexOf(name));
@@ -72,7 +73,7 @@ bool refreshOpenDevice(DeviceEntry& entry, const ControlLibrary& control, Device
 }
 
 void enterNewDevice(DeviceEntry& entry, const ControlLibrary& control, DeviceHandle handle,
-                    const DeviceName& name) {
+                    const DeviceName& name) REQUIRES(apiLock) {
     entry.control = &control;
     entry.opening = ++openings;
     replaceEntryMutex(entry, openMutexOf(name));
@@ -89,7 +90,6 @@ bool waitAWhile(platform::NamedMutex* mutex, bool& obtained) {
     if (wait == MutexWait::timedOut) {
         if (platform::isOwnedByThisProcess(mutex)) return true;
         platform::releaseClosedMutexes();  // the other process may be waiting for one of those
-        platform::releaseClosedMutexes();  // the other process may be waiting for one of those
         const AwayFromApiLock away(AwayFromApiLock::Admitted::everybody);
         wait = platform::waitForNamedMutex(mutex, waitMilliseconds);
     }
@@ -98,7 +98,7 @@ bool waitAWhile(platform::NamedMutex* mutex, bool& obtained) {
 }
 
 /// Opens the pipes of a device that has just been opened, if it is a printer.
-bool openIfPrinter(DeviceEntry& entry, const DeviceName& name) {
+bool openIfPrinter(DeviceEntry& entry, const DeviceName& name) REQUIRES(apiLock) {
     const Model* model = findModel(name);
     entry.model = model;
     return model != nullptr && openPipes(entry, *model);
@@ -107,7 +107,7 @@ bool openIfPrinter(DeviceEntry& entry, const DeviceName& name) {
 /// Finds out about a new device, and holds its mutex while it does. During the wait another search may be
 /// faster, and the device may be closed.
 /// @return whether it is an open printer now.
-bool setUpNewDevice(DeviceEntry& entry, const DeviceName& name) {
+bool setUpNewDevice(DeviceEntry& entry, const DeviceName& name) REQUIRES(apiLock) {
     const uint32_t opening = entry.opening;
     platform::NamedMutex* mutex = shareEntryMutex(entry);
     bool obtained = false;
@@ -123,7 +123,7 @@ bool setUpNewDevice(DeviceEntry& entry, const DeviceName& name) {
 }
 
 /// @return the printer's handle, or `noDevice` when there is no printer of that number.
-DeviceHandle probe(PrinterObject& printer, uint32_t deviceNumber, uint16_t& openedCount) {
+DeviceHandle probe(PrinterObject& printer, uint32_t deviceNumber, uint16_t& openedCount) REQUIRES(apiLock) {
     const ControlLibrary& control = *printer.control;
     DeviceHandle handle = control.checkDeviceName(deviceNumber);
     const bool wasOpen = handle != noDevice;

@@ -10,9 +10,9 @@ namespace device {
 /// not loaded, and when all devices were closed during the wait.
 /// @param list room for `deviceCount` bytes; receives the device index of each printer in the order found.
 /// @return the number of printers found.
-uint32_t enumeratePrinters(PrinterObject& printer, uint8_t* list);
+uint32_t enumeratePrinters(PrinterObject& printer, uint8_t* list) REQUIRES(apiLock);
 
 /// Makes the object forget pipes that its device has no more, since a search has opened the device anew.
-void forgetStalePipes(PrinterObject& printer);
+void forgetStalePipes(PrinterObject& printer) REQUIRES(apiLock);
 
 }  // namespace device

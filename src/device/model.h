@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include <zprusb.h>
+
 namespace device {
 
 /// Which lengths of a media entry are possible, by its media code. Lengths as in the printer's media table.
@@ -22,7 +24,12 @@ struct Model {
 };
 
 inline constexpr std::array models{
-    Model{"5a2c", "0012", 1, 0, {0xF0, 0xFE, 0xE0, 0xEF, 7112, 25120}},
+    Model{"5a2c",
+          "0012",
+          1,
+          0,
+          {ZPRUSB_FIRST_EXACT_CODE, ZPRUSB_LAST_EXACT_CODE, ZPRUSB_FIRST_DEFAULTED_CODE,
+           ZPRUSB_LAST_DEFAULTED_CODE, ZPRUSB_SHORTEST_VARIABLE_LENGTH, ZPRUSB_DEFAULT_LONGEST_LENGTH}},
 };
 
 }  // namespace device

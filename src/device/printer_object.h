@@ -4,6 +4,7 @@
 #include <atomic>
 #include <cstdint>
 
+#include "device/api_lock.h"
 #include "device/control_library.h"
 #include "device/transport.h"
 #include "platform/named_mutex.h"
@@ -21,19 +22,24 @@ constexpr PrinterId filledPrinterId(uint8_t byte) {
     return {byte, byte, byte, byte, byte, byte, byte, byte};
 }
 
-/// What the page commands carry. Written under the API lock, but for `copies`.
+/// A leaf: nothing is waited for while it is held. It guards the mutexes of the device table and those that
+/// pages keep.
+inline constinit platform::Lock deviceTableLock;
+using HoldingTable = platform::Holding<platform::Lock>;
+
+/// What the page commands carry.
 struct PageParameters {
-    std::atomic<uint16_t> copies{1};  // also set by entry points that run without the API lock
-    uint16_t pageId = 0;              // device index x 256 + job number
-    uint8_t mediaCode = 0;
-    uint32_t printWidth = 0;
-    uint32_t printLength = 0;
-    uint32_t sectionWidth = 0;
-    std::array<uint32_t, sectionCount> sectionLengths{};
-    uint8_t sectionIndex = 0;  // 0: the whole print; n: section n
-    uint8_t printOption20 = 1;
-    uint16_t printOption21 = 200;
-    uint16_t printOption22 = 200;
+    std::atomic<uint16_t> copies{1};          // also set by entry points that run without the API lock
+    uint16_t pageId GUARDED_BY(apiLock) = 0;  // device index x 256 + job number
+    uint8_t mediaCode GUARDED_BY(apiLock) = 0;
+    uint32_t printWidth GUARDED_BY(apiLock) = 0;
+    uint32_t printLength GUARDED_BY(apiLock) = 0;
+    uint32_t sectionWidth GUARDED_BY(apiLock) = 0;
+    std::array<uint32_t, sectionCount> sectionLengths GUARDED_BY(apiLock){};
+    uint8_t sectionIndex GUARDED_BY(apiLock) = 0;  // 0: the whole print; n: section n
+    uint8_t printOption20 GUARDED_BY(apiLock) = 1;
+    uint16_t printOption21 GUARDED_BY(apiLock) = 200;
+    uint16_t printOption22 GUARDED_BY(apiLock) = 200;
 };
 
 /// Working memory that an object has from its opening on, which fails with 1000 when there is too little. Page
@@ -55,24 +61,23 @@ struct UpdateSession {
 };
 
 /// One printer as seen by one caller thread. Only api/ opens one and tears it down; the operations on it are
-/// free functions in the folder of their subject. Guarded by the API lock, except what is atomic and what says
-/// otherwise.
+/// free functions in the folder of their subject.
 struct PrinterObject {
-    bool opened = false;
-    const ControlLibrary* control = nullptr;  // a use of it, from the first opening on
-    WorkingBuffers buffers;
+    bool opened GUARDED_BY(apiLock) = false;
+    const ControlLibrary* control GUARDED_BY(apiLock) = nullptr;  // a use of it, from the first opening on
+    WorkingBuffers buffers GUARDED_BY(apiLock);
     Connection connection;
     std::atomic<uint8_t> deviceIndex{noDeviceIndex};
-    PrinterId selectedPrinterId = filledPrinterId(0xFF);
-    PrinterLabel selectedPrinterLabel{};
+    PrinterId selectedPrinterId GUARDED_BY(apiLock) = filledPrinterId(0xFF);
+    PrinterLabel selectedPrinterLabel GUARDED_BY(apiLock){};
     PageParameters page;
     UpdateSession update;
-    uint16_t scanLimit = deviceCount;  // device numbers that an enumeration probes
-    uint16_t openedCount = 0;          // devices that the last enumeration opened
-    // What the last page start reserved, and at which opening of the device; guarded by deviceTableLock.
-    platform::NamedMutex* pageMutex = nullptr;
-    uint32_t pageOpening = 0;
-    uint32_t uses = 0;  // holders of this object; guarded by the object table
+    uint16_t scanLimit GUARDED_BY(apiLock) = deviceCount;  // device numbers that an enumeration probes
+    uint16_t openedCount GUARDED_BY(apiLock) = 0;          // devices that the last enumeration opened
+    // What the last page start reserved, and at which opening of the device.
+    platform::NamedMutex* pageMutex GUARDED_BY(deviceTableLock) = nullptr;
+    uint32_t pageOpening GUARDED_BY(deviceTableLock) = 0;
+    uint32_t uses = 0;  // holders of this object; guarded by the object table's lock, which isn't known here
 };
 
 }  // namespace device

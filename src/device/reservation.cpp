@@ -85,7 +85,7 @@ Reservation::~Reservation() {
 void Reservation::keepForPage(PrinterObject& printer) {
     NamedMutex* former = std::exchange(mutex_, nullptr);
     const DeviceEntry* entry = openEntry(printer.deviceIndex);
-    const uint32_t opening = entry != nullptr ? entry->opening : 0;
+    const uint32_t opening = entry != nullptr ? entry->opening.load() : 0;
     bool wasUnplugged = false;
     {
         const HoldingTable lock(deviceTableLock);

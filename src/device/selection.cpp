@@ -8,7 +8,8 @@ namespace {
 
 /// The lowest index with this identity among those that the object probes, whether or not it is open.
 template <class Identity>
-uint8_t findIndex(const PrinterObject& printer, Identity DeviceEntry::*field, const Identity& wanted) {
+uint8_t findIndex(const PrinterObject& printer, Identity DeviceEntry::*field, const Identity& wanted)
+    REQUIRES(apiLock) {
     for (uint32_t index = 0; index < printer.scanLimit; ++index) {
         if (deviceTable[index].*field == wanted) return static_cast<uint8_t>(index);
     }
@@ -16,7 +17,7 @@ uint8_t findIndex(const PrinterObject& printer, Identity DeviceEntry::*field, co
 }
 
 /// Not before a search has found out about it.
-bool isSelectable(uint32_t index) {
+bool isSelectable(uint32_t index) REQUIRES(apiLock) {
     const DeviceEntry* entry = openEntry(index);
     return entry != nullptr && !entry->isNew;
 }
@@ -29,12 +30,12 @@ void usePrinter(PrinterObject& printer, uint8_t index) {
     printer.connection.reader.pipe = deviceTable[index].readPipe;
 }
 
-Result selectByNumber(PrinterObject& printer, uint8_t number) {
-    const bool asks = number == noDeviceIndex;
-    if (!isSelectable(asks ? printer.deviceIndex.load() : number)) return failure(ZPRUSB_NOT_SELECTABLE);
+Result selectByIndex(PrinterObject& printer, uint8_t index) {
+    const bool asks = index == noDeviceIndex;
+    if (!isSelectable(asks ? printer.deviceIndex.load() : index)) return failure(ZPRUSB_NOT_SELECTABLE);
     if (asks) return done;
     printer.page.printOption20 = 1;
-    usePrinter(printer, number);
+    usePrinter(printer, index);
     return done;
 }
 

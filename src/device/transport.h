@@ -43,8 +43,7 @@ inline constinit std::atomic<bool> readPipeAbandoned{false};
 /// platform::writePipe() says.
 /// While the process is stopped, by a debugger or a shell, no more than `waitStepMilliseconds` of a worker's
 /// time pass: an answer that comes meanwhile is received. (Within the last step before the limit it may be
-/// lost.)
-/// The worker transfers hold the API lock for their whole run, so there is one worker at a time.
+/// lost.) The worker transfers hold the API lock for their whole run, so there is one worker at a time.
 
 /// @param length at most `requestCapacity`; a longer request is refused with 1006.
 Result workerWrite(PipeWriter& writer, const uint8_t* request, uint32_t length);

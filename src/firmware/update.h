@@ -29,9 +29,8 @@ struct ImageFacts {
     uint32_t* endAddress;
 };
 
-/// @param image receives the image, to be released with freeUpdateImage(); stays null on failure, with a length
-/// and
-///        a sum of 0.
+/// @param image receives the image, to be released with freeUpdateImage(); stays null on failure,
+///        with a length and a sum of 0.
 Result loadUpdateImage(PrinterObject& printer, const char* path, const ImageFacts& facts, uint8_t*& image);
 
 /// @param image may be null.

@@ -5,17 +5,18 @@
 #include <cstdint>
 
 #include "lock_storage.h"  // one for each system, found by the include path
+#include "platform/thread_safety.h"
 
 namespace platform {
 
 /// Held for a few instructions only, never while its holder waits or transfers. Not recursive.
-class Lock {
+class CAPABILITY("lock") Lock {
 public:
     constexpr Lock() = default;
     Lock(const Lock&) = delete;
     Lock& operator=(const Lock&) = delete;
-    void enter();
-    void leave();
+    void enter() ACQUIRE();
+    void leave() RELEASE();
 
 private:
     friend class Condition;
@@ -32,7 +33,7 @@ public:
 
     /// Leaves the lock while it waits.
     /// @param milliseconds how long to wait at most; `forever` of platform/thread.h waits without limit.
-    void wait(Lock& lock, uint32_t milliseconds);
+    void wait(Lock& lock, uint32_t milliseconds) REQUIRES(lock);
 
     void wakeOne();
 
@@ -42,10 +43,10 @@ private:
 
 /// Holds a lock for as long as it lives.
 template <class AnyLock>
-class Holding {
+class SCOPED_CAPABILITY Holding {
 public:
-    explicit Holding(AnyLock& lock) : lock_(lock) { lock_.enter(); }
-    ~Holding() { lock_.leave(); }
+    explicit Holding(AnyLock& lock) ACQUIRE(lock) : lock_(lock) { lock_.enter(); }
+    ~Holding() RELEASE() { lock_.leave(); }
     Holding(const Holding&) = delete;
     Holding& operator=(const Holding&) = delete;
 

@@ -28,14 +28,15 @@ private:
 };
 
 /// Writes all bytes, however long that takes, and returns when the pipe has room again. In a pipe that has room
-/// for one piece at a time, which stays in it until the printer has it, nothing is under way then.
+/// for one chunk at a time, which stays in it until the printer has it, nothing is under way then.
 /// @param pipe looked at before each try: nothing more goes into a handle that another thread has taken away.
 /// @param written receives the number of bytes written, also when the pipe fails after some of them.
-/// @param pieceSize the most that one call of the system is given. The pieces are no business of the caller,
-///        since each function between a loop and the system costs several percent of a write of bulk data.
+/// @param chunkSize the most that one call of the system is given. The caller doesn't divide the bytes itself,
+/// since
+///        each function between a loop and the system costs several percent of a write of bulk data.
 /// @return whether the pipe took all bytes, at least one, and still has another end.
 bool writePipe(const std::atomic<PipeHandle>& pipe, const uint8_t* bytes, uint32_t length, uint32_t& written,
-               uint32_t pieceSize = UINT32_MAX);
+               uint32_t chunkSize = UINT32_MAX);
 
 /// Reads what is there, at least one byte unless the pipe is at its end, at most `capacity` bytes.
 /// @param count receives the number of bytes read, 0 at the end of the pipe or after a failure.

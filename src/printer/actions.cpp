@@ -4,6 +4,7 @@
 #include "printer/status.h"
 #include "protocol/answer_codes.h"
 #include "protocol/exchange.h"
+#include "protocol/numbers.h"
 #include "protocol/requests.h"
 #include "protocol/service_sizes.h"
 
@@ -15,11 +16,6 @@ using device::failure;
 using device::Reservation;
 using protocol::Request;
 namespace request = protocol::request;
-
-constexpr uint8_t resetWholePrinter = 3;
-constexpr uint8_t resetToneCurves = 4;
-constexpr uint8_t firstToneCurveTarget = 3;
-constexpr uint8_t toneCurves = 2;
 
 /// Every failure of an exchange is 2600.
 Result doneOr2600(const Result& result) {
@@ -36,7 +32,7 @@ Result act(PrinterObject& printer, const Request& request) {
 
 /// @param mode 1 or 2.
 Result writeToneCurve(PrinterObject& printer, uint8_t mode, const uint8_t* data) {
-    const auto target = static_cast<uint8_t>(firstToneCurveTarget + mode - 1);
+    const auto target = static_cast<uint8_t>(protocol::updateTarget::firstToneCurve + mode - 1);
     const Result accepted =
         protocol::perform(printer.connection, request::update(target, 0, ZPRUSB_TONE_CURVE_SIZE));
     if (!accepted) return accepted;
@@ -50,14 +46,15 @@ Result blinkLed(PrinterObject& printer) {
 }
 
 Result resetPrinter(PrinterObject& printer) {
-    return act(printer, request::reset(resetWholePrinter));
+    return act(printer, request::reset(protocol::resetKind::wholePrinter));
 }
 
 Result setToneCurve(PrinterObject& printer, uint8_t mode, const uint8_t* data) {
     const Reservation reservation = device::reserve(printer);
     if (!reservation) return reservation.result();
-    if (mode > toneCurves || (mode != 0 && data == nullptr)) return failure(ZPRUSB_BAD_ARGUMENT);
-    return doneOr2600(mode == 0 ? protocol::perform(printer.connection, request::reset(resetToneCurves))
+    if (mode > protocol::toneCurves || (mode != 0 && data == nullptr)) return failure(ZPRUSB_BAD_ARGUMENT);
+    const Request forget = request::reset(protocol::resetKind::toneCurves);
+    return doneOr2600(mode == 0 ? protocol::perform(printer.connection, forget)
                                 : writeToneCurve(printer, mode, data));
 }
 

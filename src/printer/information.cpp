@@ -9,6 +9,7 @@
 #include "protocol/answer_codes.h"
 #include "protocol/exchange.h"
 #include "protocol/media_table.h"
+#include "protocol/numbers.h"
 #include "protocol/requests.h"
 
 namespace printer {
@@ -16,17 +17,13 @@ namespace printer {
 namespace {
 
 using protocol::Answer;
+using protocol::firmwareComponents;
 using protocol::Payload;
+namespace maintenanceData = protocol::maintenanceData;
+namespace maintenanceMemory = protocol::maintenanceMemory;
 namespace request = protocol::request;
 
-constexpr uint8_t firmwareComponents = 7;
 constexpr uint32_t firmwareEntryLength = ZPRUSB_FIRMWARE_ENTRY_SIZE;
-
-/// The record of tag 26: a piece of maintenance memory, then a piece of the maintenance data.
-constexpr uint8_t maintenanceAddress = 0x20;
-constexpr uint8_t maintenanceLength = 8;
-constexpr uint32_t maintenanceDataOffset = 6;
-constexpr uint32_t maintenanceDataLength = 10;
 
 /// Each of these assembles the record of one tag in a zeroed buffer; the first exchange that fails ends it.
 
@@ -55,9 +52,9 @@ bool copyMaintenanceMemory(PrinterObject& printer, uint8_t address, uint8_t coun
 }
 
 bool readCounters(PrinterObject& printer, uint8_t* record) {
-    for (const uint8_t address : counterAddresses) {
-        if (!copyMaintenanceMemory(printer, address, counterLength, record)) return false;
-        record += counterLength;
+    for (const uint8_t address : maintenanceMemory::counterAddresses) {
+        if (!copyMaintenanceMemory(printer, address, maintenanceMemory::counterLength, record)) return false;
+        record += maintenanceMemory::counterLength;
     }
     return true;
 }
@@ -91,11 +88,12 @@ bool readUniqueString(PrinterObject& printer, uint8_t* record) {
 }
 
 bool readMaintenance(PrinterObject& printer, uint8_t* record) {
+    constexpr uint8_t memoryLength = maintenanceMemory::recordLength;
+    if (!copyMaintenanceMemory(printer, maintenanceMemory::recordAddress, memoryLength, record)) return false;
     Payload payload;
-    if (!copyMaintenanceMemory(printer, maintenanceAddress, maintenanceLength, record)) return false;
     if (!protocol::fetch(printer.connection, request::getMaintenanceData(0, 0), payload)) return false;
-    std::copy_n(payload.bytes.begin() + maintenanceDataOffset, maintenanceDataLength,
-                record + maintenanceLength);
+    std::copy_n(payload.bytes.begin() + maintenanceData::recordOffset, maintenanceData::recordLength,
+                record + memoryLength);
     return true;
 }
 

@@ -2,6 +2,7 @@
 
 #include "device/reservation.h"
 #include "protocol/exchange.h"
+#include "protocol/numbers.h"
 #include "protocol/requests.h"
 
 namespace printer {
@@ -20,6 +21,7 @@ Result writeMaintenanceMemory(PrinterObject& printer, uint8_t address, const uin
 }
 
 Result resetCounter(PrinterObject& printer, uint8_t counterNumber) {
+    using namespace protocol::maintenanceMemory;
     const device::Reservation reservation = device::reserve(printer);
     if (!reservation) return reservation.result();
     if (counterNumber < 1 || counterNumber >= std::size(counterAddresses)) {

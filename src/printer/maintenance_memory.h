@@ -9,10 +9,6 @@ namespace printer {
 using device::PrinterObject;
 using device::Result;
 
-/// Counter addresses, in the order of the counter numbers; number 0 can be read only.
-constexpr uint8_t counterAddresses[] = {0x60, 0x64, 0xA4, 0x68, 0x6C, 0xF8, 0xFC};
-constexpr uint8_t counterLength = 4;
-
 /// Does not reserve the printer.
 Result readMaintenanceMemory(PrinterObject& printer, uint8_t address, uint8_t count,
                              protocol::Payload& payload);

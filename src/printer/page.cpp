@@ -6,6 +6,7 @@
 #include "printer/status.h"
 #include "protocol/answer_codes.h"
 #include "protocol/exchange.h"
+#include "protocol/numbers.h"
 #include "protocol/requests.h"
 
 namespace printer {
@@ -18,8 +19,6 @@ using device::Reservation;
 using protocol::Answer;
 using protocol::Request;
 namespace statusPayload = protocol::statusPayload;
-
-constexpr uint8_t lastJobNumber = 255;
 
 /// The request that starts a page.
 using PageCommand = Request (*)(const device::PageParameters& page);
@@ -37,7 +36,7 @@ Result readNextJobNumber(PrinterObject& printer, uint8_t& jobNumber) {
     Answer answer;
     const Result result = protocol::fetchStatus(printer.connection, answer);
     const uint8_t last = answer.payload()[statusPayload::jobNumber];
-    jobNumber = last == lastJobNumber ? 1 : static_cast<uint8_t>(last + 1);
+    jobNumber = last == protocol::lastJobNumber ? 1 : static_cast<uint8_t>(last + 1);
     return result;
 }
 
@@ -57,7 +56,7 @@ Result checkReadyForPage(PrinterObject& printer) {
 }
 
 /// The steps that all pages share, on a printer that has been reserved where it has to be.
-Result beginPage(PrinterObject& printer, uint16_t* pageId, PageCommand command) {
+Result beginPage(PrinterObject& printer, uint16_t* pageId, PageCommand command) REQUIRES(device::apiLock) {
     if (!isValidCopies(printer.page.copies)) return failure(ZPRUSB_BAD_ARGUMENT);
     const Result status = queryStatus(printer);
     if (!status) return status;
@@ -71,7 +70,8 @@ Result beginPage(PrinterObject& printer, uint16_t* pageId, PageCommand command) 
 }
 
 /// Reserves the printer, until the end of the page if it begins.
-Result beginReservedPage(PrinterObject& printer, uint16_t* pageId, PageCommand command) {
+Result beginReservedPage(PrinterObject& printer, uint16_t* pageId, PageCommand command)
+    REQUIRES(device::apiLock) {
     Reservation reservation = device::reserve(printer);
     if (!reservation) return reservation.result();
     const Result begun = beginPage(printer, pageId, command);
@@ -80,7 +80,7 @@ Result beginReservedPage(PrinterObject& printer, uint16_t* pageId, PageCommand c
 }
 
 /// The printer is that of the whole print, which ends with a section that fails.
-Result beginSection(PrinterObject& printer, uint16_t* pageId) {
+Result beginSection(PrinterObject& printer, uint16_t* pageId) REQUIRES(device::apiLock) {
     const Result begun = beginPage(printer, pageId, protocol::request::printLong);
     if (!begun) device::releaseSection(printer);
     return begun;
@@ -105,6 +105,11 @@ Result startLongPage(PrinterObject& printer, uint16_t* pageId, uint8_t sectionIn
     printer.page.sectionIndex = sectionIndex;
     return sectionIndex == 0 ? beginReservedPage(printer, pageId, protocol::request::printLong)
                              : beginSection(printer, pageId);
+}
+
+Result writeData(PrinterObject& printer, const uint8_t* data, const uint32_t* length) {
+    if (length == nullptr || (data == nullptr && *length != 0)) return failure(ZPRUSB_BAD_ARGUMENT);
+    return device::directWriteInChunks(printer.connection.writer, data, *length);
 }
 
 Result endPage(PrinterObject& printer) {

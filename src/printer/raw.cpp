@@ -24,11 +24,6 @@ bool append(const uint8_t* bytes, uint32_t count, uint8_t* collection, uint32_t&
 
 }  // namespace
 
-Result writeRaw(PrinterObject& printer, const uint8_t* data, const uint32_t* length) {
-    if (length == nullptr || (data == nullptr && *length != 0)) return failure(ZPRUSB_BAD_ARGUMENT);
-    return device::directWriteInChunks(printer.connection.writer, data, *length);
-}
-
 Result transferRaw(PrinterObject& printer, const uint8_t* data, uint32_t length, uint8_t* out,
                    uint32_t* outCount) {
     if (data == nullptr || out == nullptr || outCount == nullptr) return failure(ZPRUSB_BAD_ARGUMENT);

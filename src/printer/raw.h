@@ -8,11 +8,6 @@ namespace printer {
 using device::PrinterObject;
 using device::Result;
 
-/// Bulk data: the image data of a page, and whatever service sends. With a length of 0, nothing is sent, the
-/// result is false and no code is written.
-/// @param length read, not changed.
-Result writeRaw(PrinterObject& printer, const uint8_t* data, const uint32_t* length);
-
 /// One write, then one read.
 /// @param out receives at most `ZPRUSB_MAX_ANSWER_SIZE` bytes.
 /// @param outCount receives their number.

@@ -5,6 +5,7 @@
 #include "device/reservation.h"
 #include "protocol/exchange.h"
 #include "protocol/little_endian.h"
+#include "protocol/numbers.h"
 #include "protocol/requests.h"
 
 namespace printer {
@@ -21,17 +22,17 @@ struct Value {
 
 /// Each of these applies the value of one tag.
 
-Result setOption20(PrinterObject& printer, const Value& value) {
+Result setOption20(PrinterObject& printer, const Value& value) REQUIRES(device::apiLock) {
     printer.page.printOption20 = value.data[0];
     return device::done;
 }
 
-Result setOption21(PrinterObject& printer, const Value& value) {
+Result setOption21(PrinterObject& printer, const Value& value) REQUIRES(device::apiLock) {
     printer.page.printOption21 = protocol::wordAt(value.data);
     return device::done;
 }
 
-Result setOption22(PrinterObject& printer, const Value& value) {
+Result setOption22(PrinterObject& printer, const Value& value) REQUIRES(device::apiLock) {
     printer.page.printOption22 = protocol::wordAt(value.data);
     return device::done;
 }
@@ -43,9 +44,9 @@ Result setButton(PrinterObject& printer, const Value& value) {
 }
 
 Result setParameter(PrinterObject& printer, const Value& value) {
-    constexpr uint8_t onlyParameter = 1;
     const uint32_t parameter = protocol::doubleWordAt(value.data);
-    return protocol::perform(printer.connection, request::setPrinterParameter(onlyParameter, parameter));
+    return protocol::perform(printer.connection,
+                             request::setPrinterParameter(protocol::onlyParameter, parameter));
 }
 
 Result storeUniqueString(PrinterObject& printer, const Value& value) {

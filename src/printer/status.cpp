@@ -12,11 +12,11 @@ namespace {
 
 /// The status of a device that the object need not have selected. The object isn't touched: while this waits
 /// for a busy printer, a page that another thread has open with the same object goes on.
-Result statusOf(uint8_t number) {
-    const std::atomic<uint8_t> index{number};
+Result statusOf(uint8_t device) REQUIRES(device::apiLock) {
+    const std::atomic<uint8_t> index{device};
     const Reservation reservation = device::reserve(index);
     if (!reservation) return reservation.result();
-    const device::DeviceEntry& entry = device::deviceTable[number];
+    const device::DeviceEntry& entry = device::deviceTable[device];
     device::Connection connection{{entry.writePipe}, {entry.readPipe}};
     return protocol::checkStatus(connection);
 }

@@ -8,7 +8,7 @@
 
 namespace protocol {
 
-/// One answer as it was read: a 10-byte ResponseHeader, then the payload. Bytes that did not arrive are zero.
+/// One answer as it was read: a header of 10 bytes, then the payload. Bytes that did not arrive are zero.
 struct Answer {
     static constexpr uint32_t headerLength = 10;
     static constexpr uint8_t normalAnswer = 1;
@@ -17,8 +17,8 @@ struct Answer {
     std::array<uint8_t, device::directReadCapacity> bytes{};
     uint32_t count = 0;  // bytes that arrived
 
-    bool isError() const { return responseKind() == errorAnswer; }
-    uint8_t responseKind() const { return bytes[0]; }
+    bool isError() const { return kind() == errorAnswer; }
+    uint8_t kind() const { return bytes[0]; }
     uint8_t errorCode() const { return bytes[1]; }
     uint8_t errorGroup() const { return bytes[2]; }
     uint8_t errorDetail() const { return bytes[3]; }

@@ -30,7 +30,7 @@ Result decodeAck(const Answer& answer) {
 }
 
 Result decodeStatus(const Answer& answer) {
-    if (answer.responseKind() != Answer::normalAnswer) return decodeAck(answer);
+    if (answer.kind() != Answer::normalAnswer) return decodeAck(answer);
     const Result result = decodeStatusNumber(answer);
     if (!result) return result;
     const uint8_t* payload = answer.payload();

@@ -22,7 +22,7 @@ uint8_t jobNumber(uint16_t pageId) {
 }
 
 /// What both page commands end with.
-Request& appendMediaAndOptions(Request& request, const PageParameters& page) {
+Request& appendMediaAndOptions(Request& request, const PageParameters& page) REQUIRES(device::apiLock) {
     request.byte(page.mediaCode);
     request.byte(page.printOption20);
     request.byte(0);

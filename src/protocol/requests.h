@@ -9,10 +9,10 @@ namespace protocol::request {
 
 using device::PageParameters;
 
-Request print(const PageParameters& page);
+Request print(const PageParameters& page) REQUIRES(device::apiLock);
 
 /// Of the section that the page parameters name, or of the whole print.
-Request printLong(const PageParameters& page);
+Request printLong(const PageParameters& page) REQUIRES(device::apiLock);
 
 /// The print command with every value given by the caller.
 struct ExplicitPage {

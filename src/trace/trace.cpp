@@ -111,13 +111,13 @@ const char* nameOfCommand(const uint8_t* frame) {
 
 }  // namespace
 
-void traceConnectHandle(int kind, int32_t deviceNumber) {
+void traceConnectHandle(int kind, int32_t deviceIndex) {
     constexpr int reading = 1, writing = 2;
     TraceFile file;
     if (kind == reading || kind == writing) {
         file.writeTime();
         file.write("< Connect %s Handle > ] \n", kind == reading ? "Read" : "Write");
-        file.writeHandle(pipeOfDevice(deviceNumber, kind == reading));
+        file.writeHandle(pipeOfDevice(deviceIndex, kind == reading));
     }
     file.write("\n");
 }

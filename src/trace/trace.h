@@ -21,9 +21,9 @@ inline platform::LocalTime traceTimestamp() {
 
 /// The pipe handle that the device table has.
 /// @param kind 1: of the read pipe; 2: of the write pipe.
-void traceConnectHandle(int kind, int32_t deviceNumber);
-inline void traceConnectHandle(int kind, uint8_t deviceNumber) {
-    traceConnectHandle(kind, int32_t{deviceNumber});
+void traceConnectHandle(int kind, int32_t deviceIndex);
+inline void traceConnectHandle(int kind, uint8_t deviceIndex) {
+    traceConnectHandle(kind, int32_t{deviceIndex});
 }
 
 /// An event. A new file begins with the identifiers of process and thread.

@@ -5,8 +5,6 @@
 namespace tool {
 namespace {
 
-constexpr uint32_t longestUnlessStated = 25120;  // for the codes 0xE0 to 0xEF
-
 MediaSize decodeMedia(ByteView entry) {
     MediaSize media{.code = entry[0],
                     .width = littleEndian(entry.subspan(1, 4)),
@@ -16,7 +14,9 @@ MediaSize decodeMedia(ByteView entry) {
                     .sectionLengths = {}};
     for (size_t i = 0; i < media.sectionLengths.size(); ++i)
         media.sectionLengths[i] = littleEndian(entry.subspan(19 + 2 * i, 2));
-    if (media.code >> 4 == 0xE && media.longest == 0) media.longest = longestUnlessStated;
+    const bool defaulted =
+        ZPRUSB_FIRST_DEFAULTED_CODE <= media.code && media.code <= ZPRUSB_LAST_DEFAULTED_CODE;
+    if (defaulted && media.longest == 0) media.longest = ZPRUSB_DEFAULT_LONGEST_LENGTH;
     return media;
 }
 

@@ -23,7 +23,7 @@ struct MediaSize {
     std::array<uint32_t, 5> sectionLengths;
 
     /// Sizes of a variable length are asked for with a length of the caller's.
-    bool variable() const { return code < 0xF0 || code == 0xFF; }
+    bool variable() const { return code < ZPRUSB_FIRST_EXACT_CODE || code > ZPRUSB_LAST_EXACT_CODE; }
 };
 
 /// The printer alone knows what the fields of a component mean.

@@ -17,7 +17,7 @@ using protocol::Answer;
 /// What the header says; null when the bytes are no whole answer.
 Json headerOf(const Answer& answer) {
     const bool error = answer.isError();
-    if (!answer.isComplete() || (!error && answer.responseKind() != Answer::normalAnswer)) return nullptr;
+    if (!answer.isComplete() || (!error && answer.kind() != Answer::normalAnswer)) return nullptr;
     const uint16_t code =
         (error ? protocol::decodeErrorAnswer(answer) : protocol::decodeStatusNumber(answer)).code;
     return {

@@ -11,7 +11,7 @@
 namespace tool {
 namespace {
 
-constexpr uint32_t shortestVariable = 7112;
+constexpr uint32_t shortestVariable = ZPRUSB_SHORTEST_VARIABLE_LENGTH;
 constexpr uint32_t tolerance = 50;
 constexpr double noticeable = 0.001;  // difference of proportions, as a logarithm
 

@@ -13,20 +13,39 @@
 
 namespace platform {
 
+namespace {
+
+// Guards all mutexes and the list of them. Nothing is waited for while it is held, and no other lock taken; the
+// system calls on a lock file take no longer than memory does.
+struct CAPABILITY("registry lock") Registry {
+    pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
+    NamedMutex* first GUARDED_BY(this) = nullptr;
+    bool forksAreHandled GUARDED_BY(this) = false;
+    bool threadEndsAreHandled GUARDED_BY(this) = false;
+    pthread_key_t threadEndKey GUARDED_BY(this) = 0;
+
+    void enter() ACQUIRE() { pthread_mutex_lock(&mutex); }
+    void leave() RELEASE() { pthread_mutex_unlock(&mutex); }
+};
+constinit Registry registry;
+using HoldingRegistry = Holding<Registry>;
+
+}  // namespace
+
 // The one object of this process for a name. All threads of the process share one open lock file, for which the
 // kernel knows a single owner; which thread that is, is told apart here.
 struct NamedMutex {
     LockFile file;
     pthread_cond_t changed{};
-    const void* owner = nullptr;
-    uint32_t depth = 0;
-    uint32_t uses = 0;
-    uint32_t waiting = 0;   // threads of this process
-    bool promised = false;  // to one of those: it was released while they waited
-    bool asking = false;    // a thread of this process is trying to get the file's lock
-    Moment standBackUntil = 0;
-    Moment stubbornUntil = 0;
-    NamedMutex* next = nullptr;
+    const void* owner GUARDED_BY(registry) = nullptr;
+    uint32_t depth GUARDED_BY(registry) = 0;
+    uint32_t uses GUARDED_BY(registry) = 0;
+    uint32_t waiting GUARDED_BY(registry) = 0;   // threads of this process
+    bool promised GUARDED_BY(registry) = false;  // to one of those: it was released while they waited
+    bool asking GUARDED_BY(registry) = false;    // a thread of this process is trying to get the file's lock
+    Moment standBackUntil GUARDED_BY(registry) = 0;
+    Moment stubbornUntil GUARDED_BY(registry) = 0;
+    NamedMutex* next GUARDED_BY(registry) = nullptr;
 };
 
 namespace {
@@ -43,34 +62,19 @@ constexpr Moment longestStandingBack = 20'000'000;
 constexpr Moment stubbornness = 180'000'000;
 constexpr Moment glance = 50'000;
 
-// Guards all mutexes and the list of them. Nothing is waited for while it is held, and no other lock taken; the
-// system calls on a lock file take no longer than memory does.
-struct Registry {
-    pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
-    NamedMutex* first = nullptr;
-    bool forksAreHandled = false;
-    bool threadEndsAreHandled = false;
-    pthread_key_t threadEndKey = 0;
-
-    void enter() { pthread_mutex_lock(&mutex); }
-    void leave() { pthread_mutex_unlock(&mutex); }
-};
-constinit Registry registry;
-using HoldingRegistry = Holding<Registry>;
-
 // The address of this variable is the thread's identity: unlike a thread's number it is not given to another
 // thread before the first one has abandoned what it owned. The model spares the library its only need of the
 // dynamic loader.
 [[gnu::tls_model("initial-exec")]] thread_local char self;
 
-void disown(NamedMutex& mutex) {
+void disown(NamedMutex& mutex) REQUIRES(registry) {
     mutex.owner = nullptr;
     mutex.promised = mutex.waiting > 0;
     if (unlockFile(mutex.file)) mutex.standBackUntil = now() + longestStandingBack;
     pthread_cond_broadcast(&mutex.changed);
 }
 
-void endOwnership(NamedMutex& mutex) {
+void endOwnership(NamedMutex& mutex) REQUIRES(registry) {
     if (mutex.owner == nullptr) return;
     noteProperEnd(mutex.file);
     disown(mutex);
@@ -85,7 +89,7 @@ void abandonOwned(void* thread) {
 
 // A fork's child shares the open files and with them the parent's locks, which would outlive the parent. It
 // starts with closed files, owns nothing, and has none of the threads that waited.
-void resetInChild() {
+void resetInChild() RELEASE(registry) {
     for (NamedMutex* mutex = registry.first; mutex != nullptr; mutex = mutex->next) {
         closeLockFile(mutex->file);
         initCondition(mutex->changed);
@@ -99,13 +103,14 @@ void resetInChild() {
 
 // When the image is loaded, so that no fork comes in between. The handlers that others add later come before
 // this one at a fork, as their locks do at a call.
-[[gnu::constructor]] void handleForks() {
-    registry.forksAreHandled =
-        pthread_atfork([] { registry.enter(); }, [] { registry.leave(); }, resetInChild) == 0;
+// At that moment nothing needs the lock; later it is held.
+[[gnu::constructor]] void handleForks() NO_THREAD_SAFETY_ANALYSIS {
+    registry.forksAreHandled = pthread_atfork([]() ACQUIRE(registry) { registry.enter(); },
+                                              []() RELEASE(registry) { registry.leave(); }, resetInChild) == 0;
 }
 
 // Nothing that failed is remembered, since there may be memory and keys by the next call.
-bool isPrepared() {
+bool isPrepared() REQUIRES(registry) {
     if (!registry.forksAreHandled) handleForks();
     if (!registry.threadEndsAreHandled)
         registry.threadEndsAreHandled = pthread_key_create(&registry.threadEndKey, abandonOwned) == 0;
@@ -113,13 +118,13 @@ bool isPrepared() {
            pthread_setspecific(registry.threadEndKey, &self) == 0;
 }
 
-NamedMutex* findByFile(const char* name) {
+NamedMutex* findByFile(const char* name) REQUIRES(registry) {
     NamedMutex* mutex = registry.first;
     while (mutex != nullptr && std::strcmp(mutex->file.name, name) != 0) mutex = mutex->next;
     return mutex;
 }
 
-NamedMutex* addToRegistry(const LockFile& file) {
+NamedMutex* addToRegistry(const LockFile& file) REQUIRES(registry) {
     auto* mutex = create<NamedMutex>(file);
     if (mutex == nullptr) return nullptr;
     initCondition(mutex->changed);
@@ -128,14 +133,14 @@ NamedMutex* addToRegistry(const LockFile& file) {
     return mutex;
 }
 
-void removeFromRegistry(NamedMutex& mutex) {
+void removeFromRegistry(NamedMutex& mutex) REQUIRES(registry) {
     NamedMutex** link = &registry.first;
     while (*link != &mutex) link = &(*link)->next;
     *link = mutex.next;
 }
 
 // Among the threads of the process. Who comes after a release doesn't overtake those who waited for it.
-bool waitForTurn(NamedMutex& mutex, Moment limit) {
+bool waitForTurn(NamedMutex& mutex, Moment limit) REQUIRES(registry) {
     bool hasWaited = false;
     bool inTime = true;
     while (mutex.owner != nullptr || mutex.asking || (mutex.promised && !hasWaited)) {
@@ -150,7 +155,7 @@ bool waitForTurn(NamedMutex& mutex, Moment limit) {
 }
 
 // Among the processes: without it, who has just released is always faster than who is woken by that.
-void standBack(NamedMutex& mutex, Moment limit) {
+void standBack(NamedMutex& mutex, Moment limit) REQUIRES(registry) {
     if (now() >= mutex.standBackUntil || now() < mutex.stubbornUntil) return;
     const Moment end = std::min(mutex.standBackUntil, limit);
     while (now() < end && isDueToAnother(mutex.file)) {
@@ -163,7 +168,7 @@ void standBack(NamedMutex& mutex, Moment limit) {
 
 // The kernel can't be asked to wait for the lock up to a moment. It is asked when an owner lets go, and now and
 // then. Whoever wakes this process in vain doesn't make it ask more often than the first pause has it.
-LockAttempt waitForFile(NamedMutex& mutex, Moment limit) {
+LockAttempt waitForFile(NamedMutex& mutex, Moment limit) REQUIRES(registry) {
     LockAttempt attempt;
     Moment lastTurn = 0;
     for (Moment pause = firstPause;; pause = std::min(2 * pause, longestPause)) {
@@ -185,13 +190,13 @@ LockAttempt waitForFile(NamedMutex& mutex, Moment limit) {
     return attempt;
 }
 
-LockAttempt lockFileUntil(NamedMutex& mutex, Moment limit) {
+LockAttempt lockFileUntil(NamedMutex& mutex, Moment limit) REQUIRES(registry) {
     standBack(mutex, limit);
     const LockAttempt attempt = tryLockFile(mutex.file);
     return attempt == LockAttempt::heldElsewhere && now() < limit ? waitForFile(mutex, limit) : attempt;
 }
 
-MutexWait obtain(NamedMutex& mutex, Moment limit) {
+MutexWait obtain(NamedMutex& mutex, Moment limit) REQUIRES(registry) {
     if (!waitForTurn(mutex, limit)) return MutexWait::timedOut;
     mutex.asking = true;
     const LockAttempt attempt = lockFileUntil(mutex, limit);

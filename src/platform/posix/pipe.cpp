@@ -85,11 +85,11 @@ BrokenPipeGuard::~BrokenPipeGuard() {
 }
 
 [[gnu::no_sanitize_address]] bool writePipe(const std::atomic<PipeHandle>& pipe, const uint8_t* bytes,
-                                            uint32_t length, uint32_t& written, uint32_t pieceSize) {
+                                            uint32_t length, uint32_t& written, uint32_t chunkSize) {
     written = 0;
     do {
         const int descriptor = descriptorOf(pipe);
-        const ssize_t count = write(descriptor, bytes + written, std::min(pieceSize, length - written));
+        const ssize_t count = write(descriptor, bytes + written, std::min(chunkSize, length - written));
         if (count > 0) {
             written += static_cast<uint32_t>(count);
         } else if (count == 0 || !mayTryAgain(descriptor, POLLOUT)) {

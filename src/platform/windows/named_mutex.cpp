@@ -10,39 +10,46 @@
 
 namespace platform {
 
+namespace {
+
+constinit Lock registryLock;
+
+}  // namespace
+
 // The one object of this process for a name. The system's mutex is the truth; what is noted here of its owner
 // only tells whether that is a thread of this process, and what such a thread has to give up yet.
 struct NamedMutex {
     char name[MAX_PATH + 1];  // the system takes none that is longer
-    HANDLE handle = nullptr;  // null when the process has closed it; all is guarded by registryLock
-    HANDLE owner = nullptr;   // the last one; while this is open, its number is given to no other thread
-    DWORD ownerId = 0;
-    uint32_t depth = 0;
-    uint32_t uses = 0;
-    bool isLost = false;  // one of orphans
-    NamedMutex* next = nullptr;
+    // Null when the process has closed it. Read without the lock by those who have a use of it.
+    HANDLE handle = nullptr;
+    HANDLE owner GUARDED_BY(registryLock) =
+        nullptr;  // the last one; while this is open, its number is given to no other thread
+    DWORD ownerId GUARDED_BY(registryLock) = 0;
+    uint32_t depth GUARDED_BY(registryLock) = 0;
+    uint32_t uses GUARDED_BY(registryLock) = 0;
+    bool isLost GUARDED_BY(registryLock) = false;  // one of orphans
+    NamedMutex* next GUARDED_BY(registryLock) = nullptr;
 };
 
 namespace {
 
-constinit Lock registryLock;
-NamedMutex* registry = nullptr;
+NamedMutex* registry GUARDED_BY(registryLock) = nullptr;
 
 // Mutexes that the process closed or revoked while another thread owned them. The closed ones have no handle,
 // so that they end when no other process has them open.
 std::atomic<uint32_t> orphans{0};
 
-bool isOwned(const NamedMutex& mutex) {
+bool isOwned(const NamedMutex& mutex) REQUIRES(registryLock) {
     return mutex.depth > 0 && WaitForSingleObject(mutex.owner, 0) == WAIT_TIMEOUT;
 }
 
-NamedMutex* findByName(const char* name) {
+NamedMutex* findByName(const char* name) REQUIRES(registryLock) {
     NamedMutex* mutex = registry;
     while (mutex != nullptr && std::strcmp(mutex->name, name) != 0) mutex = mutex->next;
     return mutex;
 }
 
-NamedMutex* addToRegistry(const char* name) {
+NamedMutex* addToRegistry(const char* name) REQUIRES(registryLock) {
     const size_t size = std::strlen(name) + 1;
     if (size > sizeof NamedMutex::name) return nullptr;
     auto* mutex = create<NamedMutex>();
@@ -53,7 +60,7 @@ NamedMutex* addToRegistry(const char* name) {
     return mutex;
 }
 
-void removeFromRegistry(NamedMutex& mutex) {
+void removeFromRegistry(NamedMutex& mutex) REQUIRES(registryLock) {
     NamedMutex** link = &registry;
     while (*link != &mutex) link = &(*link)->next;
     *link = mutex.next;
@@ -61,14 +68,14 @@ void removeFromRegistry(NamedMutex& mutex) {
     destroy(&mutex);
 }
 
-void forgetOwner(NamedMutex& mutex) {
+void forgetOwner(NamedMutex& mutex) REQUIRES(registryLock) {
     mutex.depth = 0;
     if (!mutex.isLost) return;
     mutex.isLost = false;
     --orphans;
 }
 
-bool open(NamedMutex& mutex) {
+bool open(NamedMutex& mutex) REQUIRES(registryLock) {
     mutex.handle = CreateMutexA(nullptr, FALSE, mutex.name);
     // A new one, or one whose owner has ended since, is not owned by this process any more.
     const bool isNew = mutex.handle != nullptr && GetLastError() != ERROR_ALREADY_EXISTS;
@@ -81,28 +88,28 @@ void close(NamedMutex& mutex) {
     mutex.handle = nullptr;
 }
 
-void releaseWholly(NamedMutex& mutex, HANDLE handle) {
+void releaseWholly(NamedMutex& mutex, HANDLE handle) REQUIRES(registryLock) {
     for (; mutex.depth > 0 && ReleaseMutex(handle); --mutex.depth) {
     }
     forgetOwner(mutex);
 }
 
 /// The system lets nobody but the owner release it.
-void endOwnership(NamedMutex& mutex) {
+void endOwnership(NamedMutex& mutex) REQUIRES(registryLock) {
     if (mutex.ownerId == GetCurrentThreadId()) releaseWholly(mutex, mutex.handle);
     if (!isOwned(mutex)) return forgetOwner(mutex);
     if (!mutex.isLost) ++orphans;
     mutex.isLost = true;
 }
 
-void releaseOrphan(NamedMutex& mutex) {
+void releaseOrphan(NamedMutex& mutex) REQUIRES(registryLock) {
     if (mutex.handle != nullptr) return releaseWholly(mutex, mutex.handle);
     const HANDLE handle = OpenMutexA(MUTEX_MODIFY_STATE, FALSE, mutex.name);
     releaseWholly(mutex, handle);
     if (handle != nullptr) CloseHandle(handle);
 }
 
-void noteObtained(NamedMutex& mutex) {
+void noteObtained(NamedMutex& mutex) REQUIRES(registryLock) {
     const DWORD caller = GetCurrentThreadId();
     if (mutex.ownerId == caller) {
         ++mutex.depth;

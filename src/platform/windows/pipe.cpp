@@ -20,14 +20,14 @@ BrokenPipeGuard::BrokenPipeGuard() = default;
 BrokenPipeGuard::~BrokenPipeGuard() = default;
 
 bool writePipe(const std::atomic<PipeHandle>& pipe, const uint8_t* bytes, uint32_t length, uint32_t& written,
-               uint32_t pieceSize) {
+               uint32_t chunkSize) {
     written = 0;
     do {
         const PipeHandle handle = pipe;
         if (handle == noPipe) return false;  // the same number means the current process elsewhere
         DWORD count = 0;
-        const DWORD piece = std::min(pieceSize, length - written);
-        const bool success = WriteFile(handleOf(handle), bytes + written, piece, &count, nullptr);
+        const DWORD chunk = std::min(chunkSize, length - written);
+        const bool success = WriteFile(handleOf(handle), bytes + written, chunk, &count, nullptr);
         written += count;
         if (!success || count == 0) return false;
     } while (written < length);
