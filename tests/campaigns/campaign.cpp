@@ -10,7 +10,6 @@
 #include <string_view>
 #include <thread>
 
-#include "fake_pipe.h"
 #include "support/system.h"
 
 namespace fs = std::filesystem;
@@ -22,13 +21,6 @@ constexpr uint32_t tenDots = 85;  // 1/100 mm
 
 std::mutex longestPageMutex;
 std::chrono::steady_clock::duration longest{};  // guarded by longestPageMutex
-
-/// All that the printer remembers; empty without such a printer.
-Json stateOf(unsigned printer) {
-    std::string text(zprusbsim_state(printer, nullptr, 0) + 100, '\0');
-    zprusbsim_state(printer, text.data(), static_cast<uint32_t>(text.size()));
-    return Json::parse(text.c_str(), nullptr, false);
-}
 
 }  // namespace
 
@@ -86,13 +78,4 @@ PageFolder::PageFolder()
 PageFolder::~PageFolder() {
     std::error_code ignored;
     fs::remove_all(path, ignored);
-    removeMutexes();
-}
-
-unsigned PageFolder::removeMutexes() const {
-    unsigned removed = 0;
-    for (unsigned printer = 0; zprusbsim_state(printer, nullptr, 0) > 0; ++printer)
-        removed += test::removeMutex("usb#vid_5a2c&pid_0012#" + stateOf(printer)["serial"].get<std::string>() +
-                                     "#{simulated-printer}");
-    return removed;
 }

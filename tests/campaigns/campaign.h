@@ -38,13 +38,10 @@ bool resourcesFallTo(unsigned count);
 void connectPrinters(unsigned count, const std::filesystem::path& folder, bool shared = false,
                      unsigned patience = 3600);
 
-/// A folder for pages. It goes with the object, and so do the mutexes of its printers.
+/// A folder for pages, which goes with the object.
 struct PageFolder {
     PageFolder();
     ~PageFolder();
-
-    /// @return how many were left, where mutexes leave anything.
-    unsigned removeMutexes() const;
 
     const std::filesystem::path path;
 };

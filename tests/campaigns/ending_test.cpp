@@ -2,7 +2,7 @@
 #include <thread>
 
 #include "campaign.h"
-#include "roles.h"
+#include "support/role.h"
 #include "support/system.h"
 
 namespace {
@@ -32,9 +32,8 @@ constexpr struct {
     {"in the middle of a time-out", waitForever},
 };
 
-}  // namespace
-
-int endInState(const std::string& name) {
+/// Ends the process while the library is in the state of that name.
+const test::Role ending("end", [](const std::string& name) {
     const PageFolder folder;
     connectPrinters(1, folder.path);
     if (zprusb_open(nullptr) == 0) return 1;
@@ -42,7 +41,9 @@ int endInState(const std::string& name) {
         if (name == state.name) state.enter();
     }
     return 0;
-}
+});
+
+}  // namespace
 
 TEST(Endings, goWellWhateverTheLibraryIsDoing) {
     // The leak checker of this compiler reads the memory of threads that are gone when others are blocked.

@@ -158,35 +158,6 @@ TEST_F(Exchanges, thatAreRefusedOrReportAnythingGiveADocumentedCode) {
     });
 }
 
-TEST_F(Exchanges, giveTheCodeOfEveryNumberThatThePrinterCanSay) {
-    const Walked operation{"read", [](uint16_t* code) {
-                               uint8_t memory[ZPRUSB_MAINTENANCE_READ_SIZE];
-                               return zprusb_getEepromMaintenance(0, memory, 4, code);
-                           }};
-    const Exchange exchange{operation, 1, 1};
-    for (unsigned number = 0; number < 256; ++number) {
-        exchange.spoil({{"action", "error"}, {"number", number}});
-        exchange.spoil({{"action", "status"}, {"number", number}});
-    }
-    for (unsigned group = 0; group < 8; ++group) {
-        for (unsigned detail = 0; detail < 18; ++detail)
-            exchange.spoil({{"action", "error"}, {"number", 0x11}, {"group", group}, {"detail", detail}});
-    }
-    expectUsable();
-}
-
-TEST_F(Exchanges, tellByTwoFlagsBesidesTheNumberWhetherThePrinterIsBusy) {
-    const struct {
-        uint8_t first, second;
-        uint16_t status, page;
-    } cases[] = {{0, 9, 0, 0}, {9, 0, 0, 2100}, {9, 9, 2100, 2100}, {0, 0, 0, 0}};
-    for (const auto& [first, second, status, page] : cases) {
-        EXPECT_EQ(zprusbsim_setStatusFlags(0, first, second), 1u);
-        EXPECT_EQ(codeOf(zprusb_status), status);
-        EXPECT_EQ(codeOf(printAfterCheck), page);
-    }
-}
-
 TEST_F(Exchanges, onPipesThatEndGive2600UntilThePrinterIsOpenedAnew) {
     forEachExchange(rounds(6, 1), [](const Exchange& exchange) {
         // A direct read takes the end of a pipe for a read of nothing where the system does.

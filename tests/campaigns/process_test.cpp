@@ -7,7 +7,7 @@
 #include <thread>
 
 #include "campaign.h"
-#include "roles.h"
+#include "support/role.h"
 #include "support/system.h"
 
 namespace {
@@ -52,6 +52,8 @@ std::vector<Possession> possessionsOfOne(const std::string& folder, bool whenItH
     return possessions;
 }
 
+/// Opens a page, on a printer of the page folder or one of its own; tells that, and ends it when its input
+/// ends.
 int holdPrinter(const std::string& folder, bool shared) {
     connectPrinters(1, std::u8string(folder.begin(), folder.end()), shared);
     uint16_t code = ZPRUSB_SUCCESS;
@@ -63,6 +65,9 @@ int holdPrinter(const std::string& folder, bool shared) {
     return 0;
 }
 
+const test::Role ofShared("hold shared", [](const std::string& folder) { return holdPrinter(folder, true); });
+const test::Role ofOwn("hold own", [](const std::string& folder) { return holdPrinter(folder, false); });
+
 /// Tells what it has found, and ends the page that was lost.
 int replugAndSearch() {
     for (const unsigned printer : {0, 1}) zprusbsim_unplug(printer);
@@ -72,18 +77,22 @@ int replugAndSearch() {
     return static_cast<int>(found);
 }
 
-struct Processes : testing::Test {
-    std::string pathText() const {
-        const std::u8string path = folder.path.u8string();
-        return {path.begin(), path.end()};
-    }
+/// Opens a page on the second printer of the page folder, and tells that. When its input ends, both printers
+/// are plugged in anew, and it looks for them.
+const test::Role searcher("search", [](const std::string& folder) {
+    connectPrinters(2, std::u8string(folder.begin(), folder.end()), true);
+    if (zprusb_open(nullptr) == 0) return 0;
+    zprusb_selectPrinter(1, nullptr);
+    uint16_t code = 0;
+    zprusb_checkMediaInfo(0xF1, 85, 85, &code);
+    std::cout << (zprusb_startpage(nullptr, &code) != 0 ? "holds" : "failed") << std::endl;
+    std::cin.get();
+    return replugAndSearch();
+});
 
-    PageFolder folder;
-};
-
-}  // namespace
-
-int shareThePrinters(const std::string& folder) {
+/// Prints on the two printers of a page folder until it is killed. It tells when it has one: "S" or "E" (start
+/// or end), the printer, and the time in nanoseconds.
+const test::Role sharer("share", [](const std::string& folder) -> int {
     connectPrinters(sharedPrinters, std::u8string(folder.begin(), folder.end()), true);
     uint16_t code = ZPRUSB_SUCCESS;
     if (zprusb_open(&code) == 0) return code;
@@ -103,26 +112,18 @@ int shareThePrinters(const std::string& folder) {
         zprusb_endpage(&code);
         if (code != ZPRUSB_SUCCESS) std::cout << "code " << code << std::endl;
     }
-}
+});
 
-int searchForBothPrinters(const std::string& folder) {
-    connectPrinters(2, std::u8string(folder.begin(), folder.end()), true);
-    if (zprusb_open(nullptr) == 0) return 0;
-    zprusb_selectPrinter(1, nullptr);
-    uint16_t code = 0;
-    zprusb_checkMediaInfo(0xF1, 85, 85, &code);
-    std::cout << (zprusb_startpage(nullptr, &code) != 0 ? "holds" : "failed") << std::endl;
-    std::cin.get();
-    return replugAndSearch();
-}
+struct Processes : testing::Test {
+    std::string pathText() const {
+        const std::u8string path = folder.path.u8string();
+        return {path.begin(), path.end()};
+    }
 
-int holdASharedPrinter(const std::string& folder) {
-    return holdPrinter(folder, true);
-}
+    PageFolder folder;
+};
 
-int holdItsOwnPrinter(const std::string& folder) {
-    return holdPrinter(folder, false);
-}
+}  // namespace
 
 TEST_F(Processes, haveAPrinterInCommonOnlyWhenItsSerialIsConfigured) {
     for (const bool shared : {false, true}) {
@@ -132,7 +133,6 @@ TEST_F(Processes, haveAPrinterInCommonOnlyWhenItsSerialIsConfigured) {
         EXPECT_EQ(other.readLine(), "holds");
         EXPECT_EQ(statusAtOnce(), shared ? ZPRUSB_PRINTER_BUSY : ZPRUSB_SUCCESS);
         zprusb_close();
-        folder.removeMutexes();
     }
 }
 
@@ -193,5 +193,4 @@ TEST_F(Processes, neverHaveAPrinterTogetherHoweverOftenTheyAreKilled) {
     }
     zprusb_close();
     EXPECT_TRUE(resourcesFallTo(resources));
-    EXPECT_LE(folder.removeMutexes(), sharedPrinters);
 }

@@ -4,10 +4,10 @@
 
 #include <map>
 
+#include "calls.h"
 #include "fake_bus.h"
 #include "protocol/answer_codes.h"
 #include "protocol/requests.h"
-#include "transfer_pipes.h"
 
 using namespace protocol;
 
@@ -54,7 +54,7 @@ struct Printer {
         if (exchange == wholeAnswer) result = fetchStatus(connection, answer);
         if (exchange == payload) result = fetch(connection, request, data);
         if (exchange == countedPayload) result = fetchDirectly(connection, request, data, got.count);
-        requests.next();
+        requests.receive();
         got.success = result.success;
         got.code = result.code;
         got.data = start(data.bytes, data.count);
@@ -62,13 +62,12 @@ struct Printer {
         return got;
     }
     Outcome ask(Exchange exchange, const Bytes& answer) {
-        answers.give(answer);
+        answers.send(answer);
         return ask(exchange);
     }
 
-    RequestPipe requests;
-    AnswerPipe answers;
-    device::Connection connection{{requests.writer.pipe.load()}, {answers.reader.pipe.load()}};
+    test::Pipe requests, answers;
+    device::Connection connection{{requests.writer}, {answers.reader}};
 };
 
 }  // namespace
@@ -81,6 +80,7 @@ TEST(AnswerCodes, knowsEveryStatusNumber) {
         const bool ready = number == 0 || (0x61 <= number && number <= 0x6D && numbers.contains(number));
         const Result result = decodeStatusNumber(answer);
         EXPECT_EQ(result.success, ready) << number;
+        noteCode(result.code);
         EXPECT_EQ(result.code, expected) << number;
     }
 }
@@ -93,6 +93,7 @@ TEST(AnswerCodes, knowsEveryDeviceError) {
         for (const auto decode : {decodeErrorAnswer, decodeStatusNumber}) {
             const Result result = decode(answer);
             ASSERT_FALSE(result);
+            noteCode(result.code);
             ASSERT_EQ(result.code, expected) << pair;
         }
     }
@@ -142,11 +143,11 @@ TEST(Exchanges, failOnEveryErrorAnswerThoughItIsCutAndHandOutNothing) {
 
 TEST(Exchanges, failWith2600WhenNothingCanBeRead) {
     Printer printer;
-    printer.answers.close(printer.answers.ends.testEnd);
-    const uint64_t ended = printer.answers.reader.pipe, nothing = openNothing();
+    printer.answers.closeWriter();
+    const uint64_t ended = printer.answers.reader, nothing = test::openNothing();
     for (const uint64_t pipe : {uint64_t{platform::noPipe}, nothing, ended}) {
         printer.connection.reader.pipe = pipe;
         for (const Exchange exchange : allExchanges) EXPECT_EQ(printer.ask(exchange), (Outcome{false, 2600}));
     }
-    closeEnd(nothing);
+    test::closePipeEnd(nothing);
 }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "simulator/system.h"
+
 namespace {
 
 FakeBus* theBus = nullptr;
@@ -96,35 +98,33 @@ void FakeDevice::unplug() {
     present = false;
     open_ = false;
     for (const Connection& connection : connections_) {
-        for (const FakePipe& pipe : connection.pipes) hangUp(pipe.testEnd);
+        connection.requests.hangUp();
+        connection.answers.hangUp();
     }
 }
 
-FakeDevice::Connection::Connection(FakeDevice& device) {
-    thread = std::thread([&device, requests = pipes[0].testEnd, answers = pipes[1].testEnd] {
-        while (const auto piece = receivePiece(requests)) {
-            const auto bytes = device.answerTo(*piece);
-            if (bytes && !sendBytes(answers, *bytes)) break;
-        }
-    });
-}
+FakeDevice::Connection::Connection(FakeDevice& device)
+    : thread([this, &device] {
+          while (const auto piece = requests.receive()) {
+              const auto bytes = device.answerTo(*piece);
+              if (bytes && !answers.send(*bytes)) break;
+          }
+      }) {}
 
 FakeDevice::Connection::~Connection() {
-    for (const FakePipe& pipe : pipes) {
-        if (pipe.libraryEnd != none) closeEnd(pipe.libraryEnd);
-    }
+    requests.closeWriter();
+    answers.closeReader();
     thread.join();
-    for (const FakePipe& pipe : pipes) closeEnd(pipe.testEnd);
 }
 
 const char* FakeDevice::closePipe(uint64_t end) {
     for (auto connection = connections_.begin(); connection != connections_.end(); ++connection) {
-        for (const int number : {0, 1}) {
-            if (connection->pipes[number].libraryEnd != end) continue;
-            closeEnd(std::exchange(connection->pipes[number].libraryEnd, none));
-            if (connection->pipes[1 - number].libraryEnd == none) connections_.erase(connection);
-            return number == 0 ? "write" : "read";
-        }
+        auto& [requests, answers, thread] = *connection;
+        const bool writes = end == requests.writer;
+        if (!writes && end != answers.reader) continue;
+        writes ? requests.closeWriter() : answers.closeReader();
+        if (requests.writer == none && answers.reader == none) connections_.erase(connection);
+        return writes ? "write" : "read";
     }
     return nullptr;
 }
@@ -174,6 +174,15 @@ size_t FakeBus::countCalls(const std::string& start) {
         std::ranges::count_if(calls(), [&](const std::string& call) { return call.starts_with(start); }));
 }
 
+bool FakeBus::isClosedOnAChange(size_t deviceNumber, size_t times) {
+    const std::string call = "Close " + std::to_string(deviceNumber);
+    for (int wait = 0; wait < 20'000 && countCalls(call) < times; ++wait) {
+        simulator::notifyDeviceChange();
+        platform::sleepMilliseconds(1);
+    }
+    return countCalls(call) == times;
+}
+
 std::string FakeBus::printerPath(size_t number) {
     return pathStart + "-" + std::to_string(number);
 }
@@ -214,7 +223,9 @@ const FakeControlFunctions FakeBus::functions{
     .getPipeHandle =
         [](uint64_t handle, uint8_t pipeNumber) {
             const FakeDevice& device = theBus->find(handle);
-            return device.failPipes ? none : device.connections_.back().pipes[pipeNumber].libraryEnd;
+            if (device.failPipes) return none;
+            const auto& connection = device.connections_.back();
+            return pipeNumber == 0 ? connection.requests.writer : connection.answers.reader;
         },
     .closePipe =
         [](uint64_t pipe) {

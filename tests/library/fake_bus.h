@@ -9,13 +9,12 @@
 #include <map>
 #include <memory>
 #include <mutex>
-#include <optional>
 #include <string>
 #include <thread>
 
 #include "fake_control_library.h"
-#include "fake_pipe.h"
 #include "platform/thread.h"
+#include "support/system.h"
 
 /// A command's two identifier bytes.
 using CommandId = std::pair<uint8_t, uint8_t>;
@@ -69,13 +68,13 @@ public:
 private:
     friend class FakeBus;
 
-    /// The two pipes of one opening, by pipe number: 0 takes requests, 1 gives answers. It lasts until the
-    /// library has closed both, though the device be closed and opened again before.
+    /// The two pipes of one opening. It lasts until the library has closed both, though the device be closed
+    /// and opened again before.
     struct Connection {
         explicit Connection(FakeDevice& device);
         ~Connection();
 
-        FakePipe pipes[2] = {makeRequestPipe(), makeAnswerPipe()};
+        test::Pipe requests{true}, answers{true};
         std::thread thread;
     };
     /// Returns the kind of the pipe, or null if it is none of this device.
@@ -103,6 +102,9 @@ public:
     /// The calls of the control library that change something, such as "Open 0" or "ClosePipe write 0".
     std::vector<std::string> calls();
     size_t countCalls(const std::string& start);
+
+    /// Whether the library, which is told of changes until then, has closed a device so often in a test's time.
+    bool isClosedOnAChange(size_t deviceNumber, size_t times);
 
     static std::string printerPath(size_t number);
 

@@ -9,9 +9,9 @@
 #include <string>
 
 #include "calls.h"
-#include "fake_pipe.h"
 #include "firmware/srecord_file.h"
 #include "platform/thread.h"
+#include "support/bytes.h"
 
 /// One S-record with right count and checksum, unless they are to be off by something.
 std::string record(char type, uint32_t address, const Bytes& data, int countError = 0, int checksumError = 0);

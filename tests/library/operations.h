@@ -1,7 +1,7 @@
 /// The operations that send commands and hand out little or nothing, as a table.
 #pragma once
 
-#include "fake_pipe.h"
+#include "support/bytes.h"
 
 struct Operation {
     const char* name;

@@ -267,15 +267,14 @@ TEST_F(Operations, joinRawPiecesUntilOneEndsWithZero) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::PrintToString(c.pieces));
-        const FakePipe pipe = makeRequestPipe();  // used the other way round: it keeps the pieces apart
-        for (const Bytes& piece : c.pieces) ASSERT_TRUE(sendBytes(pipe.libraryEnd, piece));
-        closeEnd(pipe.libraryEnd);
+        test::Pipe pipe(true);
+        for (const Bytes& piece : c.pieces) ASSERT_TRUE(pipe.send(piece));
+        pipe.closeWriter();
         const api::ObjectUse object(api::findThreadSlot());
-        const auto ownPipe = (*object).connection.reader.pipe.exchange(pipe.testEnd);
+        const auto ownPipe = (*object).connection.reader.pipe.exchange(pipe.reader);
         uint16_t code = 1;
         const Bytes left = bytesLeftBy([&](uint8_t* out) { EXPECT_EQ(zprusb_readRaw(out, &code), c.success); });
         (*object).connection.reader.pipe = ownPipe;
-        closeEnd(pipe.testEnd);
         EXPECT_EQ(code, c.code);
         EXPECT_EQ(left, followedBy(c.bytes, 600, 0xCC));
     }

@@ -1,11 +1,25 @@
 #include <atomic>
 #include <chrono>
+#include <iostream>
 
 #include "calls.h"
 #include "open_printer.h"
+#include "support/role.h"
 #include "support/system.h"
 
 namespace {
+
+/// Opens a page on the first printer, and ends it when the input ends.
+const test::Role holder("hold-printer", [](const std::string& pathStart) {
+    FakeBus::pathStart = pathStart;
+    FakeBus bus;
+    const bool holds = zprusb_open(nullptr) == 1 && zprusb_startpage(nullptr, nullptr) == 1;
+    std::cout << (holds ? "holds" : "failed") << std::endl;
+    std::cin.get();
+    zprusb_endpage(nullptr);
+    zprusb_close();
+    return 0;
+});
 
 /// Another process that has a page open on the first printer.
 struct BusyProcess : test::ChildProcess {

@@ -7,7 +7,6 @@
 
 #include "calls.h"
 #include "open_printer.h"
-#include "transfer_pipes.h"
 
 using namespace device;
 
@@ -22,32 +21,33 @@ struct ForcedEnd : OpenPrinter {};
 
 TEST(Transport, writesARequestWholeOrRefusesIt) {
     const Bytes bytes = countingBytes(1025, 1);
-    RequestPipe pipe;
+    test::Pipe pipe;
+    PipeWriter writer{pipe.writer};
     for (const auto& [length, code] : {std::pair{1025u, 1006}, {1024u, 0}, {1u, 0}, {0u, 2600}}) {
-        const Result result = workerWrite(pipe.writer, bytes.data(), length);
+        const Result result = workerWrite(writer, bytes.data(), length);
         ASSERT_EQ(result.success, code == 0);
         EXPECT_EQ(result.code, code);
         if (code != 0) continue;  // had it been sent, it would arrive in the place of the next one
-        EXPECT_EQ(pipe.next(), Bytes(bytes.begin(), bytes.begin() + length));
+        EXPECT_EQ(pipe.receive(), Bytes(bytes.begin(), bytes.begin() + length));
     }
 }
 
 TEST(Transport, readsNoMoreOfAnAnswerThanItAsksFor) {
-    AnswerPipe pipe;
-    pipe.give(countingBytes(301 + 512, 1));
+    test::Pipe pipe;
+    PipeReader reader{pipe.reader};
+    pipe.send(countingBytes(301 + 512, 1));
     uint8_t bytes[512];
     uint32_t count = 0;
     const std::pair<decltype(&workerRead), uint32_t> reads[] = {
         {workerRead, 300}, {directRead, 512}, {directRead, 1}};
     for (const auto& [read, expected] : reads) {
-        EXPECT_TRUE(read(pipe.reader, bytes, count));
+        EXPECT_TRUE(read(reader, bytes, count));
         ASSERT_EQ(count, expected);
     }
 }
 
 TEST(Transport, takesADirectReadOfNothingForASuccess) {
-    PipeReader reader;
-    reader.pipe = openNothing();
+    PipeReader reader{test::openNothing()};
     uint8_t bytes[512];
     uint32_t count = 9;
     const Result result = directRead(reader, bytes, count);
@@ -55,22 +55,23 @@ TEST(Transport, takesADirectReadOfNothingForASuccess) {
     EXPECT_EQ(count, 0u);
     EXPECT_EQ(result.code, 0);
     EXPECT_FALSE(lengthPrefixedRead(reader, bytes, count));
-    closeEnd(reader.pipe);
+    test::closePipeEnd(reader.pipe);
 }
 
 // Unplugged in the middle: the handle may be another file's from now on.
 TEST(Transport, writesNoFurtherChunkToAHandleThatWasTakenAway) {
     const Bytes bytes(8 << 20);
-    RequestPipe pipe;
+    test::Pipe pipe;
+    PipeWriter writer{pipe.writer};
     size_t received = 0;
-    std::jthread printer([&, end = pipe.ends.testEnd] {
-        for (std::optional<Bytes> piece; (piece = receivePiece(end)); received += piece->size())
-            if (received == 0) pipe.writer.pipe = platform::noPipe;
+    std::jthread printer([&] {
+        for (std::optional<Bytes> piece; (piece = pipe.receive()); received += piece->size())
+            if (received == 0) writer.pipe = platform::noPipe;
     });
-    const Result result = directWriteInChunks(pipe.writer, bytes.data(), 8 << 20);
+    const Result result = directWriteInChunks(writer, bytes.data(), 8 << 20);
     EXPECT_FALSE(result);
     EXPECT_EQ(result.code, 2600);
-    RequestPipe::close(pipe.ends.libraryEnd);
+    pipe.closeWriter();
     printer.join();
     EXPECT_LT(received, bytes.size());
 }
@@ -91,10 +92,11 @@ TEST_F(ForcedEnd, ofAReadLeavesThePrinterUsableAndItsReadPipeOpen) {
 
 TEST_F(ForcedEnd, ofAWriteLeavesTheWritePipesOpen) {
     const Bytes request(1024);
-    RequestPipe nobodyReads;
+    const test::Pipe nobodyReads;
+    PipeWriter writer{nobodyReads.writer};
     auto start = Clock::now();
     Result result;
-    while ((result = workerWrite(nobodyReads.writer, request.data(), 1024))) start = Clock::now();
+    while ((result = workerWrite(writer, request.data(), 1024))) start = Clock::now();
     EXPECT_GE(Clock::now() - start, transferLimit);
     EXPECT_EQ(result.code, 2600);
     EXPECT_TRUE(writePipeAbandoned);

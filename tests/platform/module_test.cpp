@@ -2,10 +2,25 @@
 
 #include <gtest/gtest.h>
 
+#include <iostream>
+
 #include "platform/thread.h"
+#include "support/role.h"
 #include "support/system.h"
 
 namespace fs = std::filesystem;
+
+namespace {
+
+/// Tells what the module's function says, or 0.
+const test::Role asker("ask-module", [](const std::string& name) {
+    platform::ModuleHandle module = platform::loadBesideThisLibrary(name.c_str());
+    auto* answer = module ? platform::findFunction(module, "testModuleAnswer") : nullptr;
+    std::cout << (answer ? reinterpret_cast<int (*)()>(answer)() : 0) << std::endl;
+    return 0;
+});
+
+}  // namespace
 
 TEST(Modules, areLoadedFromTheProgramsOwnFolderWhateverItsNameAndFromNowhereElse) {
     const fs::path program = test::ownProgram();

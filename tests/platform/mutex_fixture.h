@@ -12,10 +12,7 @@
 
 class NamedMutexes : public testing::Test {
 protected:
-    ~NamedMutexes() override {
-        platform::closeNamedMutex(mutex);
-        test::removeMutex(name);
-    }
+    ~NamedMutexes() override { platform::closeNamedMutex(mutex); }
 
     void SetUp() override { ASSERT_NE(mutex, nullptr); }
 

@@ -13,7 +13,7 @@ TEST(Pipes, areWrittenWholeAndReadInSmallPiecesToTheirEnd) {
     Transfer write{pipe.writer, std::vector<uint8_t>(300'100)};
     std::iota(write.buffer.begin(), write.buffer.end(), uint8_t{0});
     std::vector<uint8_t> received;
-    std::thread reader([&] { received = readToTheEnd(pipe.reader); });
+    std::thread reader([&] { received = pipe.receiveAll(); });
     writeAll(&write);
     pipe.closeWriter();
     reader.join();

@@ -11,12 +11,6 @@ using namespace platform;
 
 namespace {
 
-void send(const test::Pipe& pipe, const std::string& text) {
-    Transfer write{pipe.writer, {text.begin(), text.end()}};
-    writeAll(&write);
-    ASSERT_TRUE(write.succeeded);
-}
-
 Transfer blockedRead(const test::Pipe& pipe) {
     return {pipe.reader, std::vector<uint8_t>(300, 0xA5)};
 }
@@ -41,11 +35,12 @@ TEST(Threads, areWaitedForUntilTheLimitAndSeenWhenTheyEnd) {
     ASSERT_NE(thread, nullptr);
     EXPECT_FALSE(waitForThread(thread, 0));
     EXPECT_GE(millisecondsOf([&] { EXPECT_FALSE(waitForThread(thread, 100)); }), 80);
-    send(pipe, "answer");
+    EXPECT_TRUE(pipe.send({'y', 'e', 's'}));
     EXPECT_TRUE(waitForThread(thread, forever));
     EXPECT_TRUE(waitForThread(thread, 0));
     EXPECT_TRUE(read.succeeded);
-    EXPECT_EQ(std::string(read.buffer.begin(), read.buffer.begin() + read.count), "answer");
+    EXPECT_EQ(read.count, 3u);
+    EXPECT_EQ(read.buffer[2], 's');
     closeThread(thread);
     EXPECT_GE(millisecondsOf([] { sleepMilliseconds(50); }), 40);
 }
@@ -61,7 +56,7 @@ TEST(Threads, endByForceInABlockedReadOrAWriteThatIsHalfDone) {
         EXPECT_TRUE(waitForThread(thread, 0));
         closeThread(thread);
     }
-    send(in, "late");
+    EXPECT_TRUE(in.send({'l', 'a', 't', 'e'}));
     EXPECT_FALSE(read.succeeded || write.succeeded);
     EXPECT_EQ(read.buffer, std::vector<uint8_t>(300, 0xA5));
     EXPECT_EQ(write.count, 0u);
@@ -84,7 +79,7 @@ TEST(Threads, thatEndedByThemselvesBearAForcedEnd) {
     test::Pipe pipe;
     for (int round = 0; round < 100; ++round) {
         Transfer read = blockedRead(pipe);
-        send(pipe, "x");
+        EXPECT_TRUE(pipe.send({'x'}));
         Thread* thread = startThread(readOnce, &read);
         if (round % 2 == 0) waitForThread(thread, forever);
         ASSERT_TRUE(endThreadByForce(thread));

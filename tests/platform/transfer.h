@@ -23,14 +23,3 @@ inline void writeAll(void* argument) {
     job.succeeded =
         platform::writePipe(job.pipe, job.buffer.data(), static_cast<uint32_t>(job.buffer.size()), job.count);
 }
-
-/// In small pieces.
-inline std::vector<uint8_t> readToTheEnd(platform::PipeHandle pipe) {
-    std::vector<uint8_t> received;
-    Transfer piece{pipe, std::vector<uint8_t>(1000)};
-    do {
-        readOnce(&piece);
-        received.insert(received.end(), piece.buffer.begin(), piece.buffer.begin() + piece.count);
-    } while (piece.count > 0);
-    return received;
-}

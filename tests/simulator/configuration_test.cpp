@@ -16,21 +16,10 @@ TEST_F(Configurations, ThatAreWrongAreRefusedWithTheirPlaceAndChangeNothing) {
         const char* error;
     } cases[] = {
         {"{\n\n  \"printers\": [,]}", "line 3 is not JSON."},
-        {"[]", "the text must be an object."},
         {R"({"printer": []})", "printer is not a known key here."},
-        {R"({"output": 1})", "output must be a text."},
         {R"({"dataTimeoutSeconds": -1})", "dataTimeoutSeconds must be a number of seconds from 0 to 86400."},
-        {R"({"printers": {}})", "printers must be a list of at most 128."},
-        {R"({"printers": [{"foreign": "no"}]})", "printers[0].foreign must be true or false."},
         {R"({"printers": [{"serial": "A"}, {"serial": "A"}]})",
          "printers[1].serial is the same as another printer's."},
-        {R"({"printers": [{"serial": "a\\b"}]})", "printers[0].serial must be 1 to 20 letters and digits."},
-        {R"({"printers": [{"condition": "tired"}]})",
-         "printers[0].condition must be one of ready, printing, cover open, out of media, out of consumables, "
-         "device "
-         "error."},
-        {R"({"printers": [{"jobNumber": 1.5}]})",
-         "printers[0].jobNumber must be a whole number from 0 to 255."},
         {R"({"printers": [{"counters": [1, -2]}]})",
          "printers[0].counters[1] must be a whole number from 0 to 4294967295."},
         {R"({"printers": [{"uniqueString": "123456789012345678901234"}]})",
@@ -39,9 +28,6 @@ TEST_F(Configurations, ThatAreWrongAreRefusedWithTheirPlaceAndChangeNothing) {
          "printers[0].media[0].length is missing."},
         {R"({"faults": [{"command": "GetStatus", "action": "unplug", "printer": 1}]})",
          "faults[0].printer must be the number of a printer."},
-        {R"({"faults": [{"command": "Print", "action": "dance"}]})",
-         "faults[0].action must be one of late, never, short, long, kind, error, status, closePipe, unplug, "
-         "replug."},
         {R"({"faults": [{"imageByte": 5, "action": "kind", "kind": 1}]})", "faults[0].action needs a command."},
         {R"({"dataTimeoutSeconds": 1e400})", "a number in it is too large."},
         {R"({"printers": [{"jobNumber": 1, "jobNumber": 2}]})", "jobNumber stands twice in one object."},

@@ -13,11 +13,11 @@
 
 #include "control_library.h"
 #include "platform/pipe.h"
+#include "support/bytes.h"
 #include "zprusb_simulator.h"
 
 namespace test {
 
-using Bytes = std::vector<uint8_t>;
 using Json = nlohmann::json;
 
 constexpr uint64_t none = ~uint64_t{0};

@@ -2,10 +2,12 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "platform/pipe.h"
+#include "support/bytes.h"
 
 namespace test {
 
@@ -27,27 +29,31 @@ bool isLoaded(const std::filesystem::path& library);
 /// How many files, sockets, windows' handles or threads the process has.
 unsigned resourceCount();
 
-/// What a named mutex leaves behind: some systems keep it in a file.
-std::vector<std::filesystem::path> mutexFiles(const std::string& name);
+/// A handle that reads successfully, and nothing.
+platform::PipeHandle openNothing();
 
-/// @return how many were left.
-unsigned removeMutex(const std::string& name);
+void closePipeEnd(platform::PipeHandle end);
 
-/// A pipe of the system. Blocking, and full long before a mebibyte.
+/// A pipe of the system.
 class Pipe {
 public:
-    Pipe();
+    /// Either blocking, and full long before a mebibyte; or with much room, each write of which is read alone.
+    explicit Pipe(bool keepsPieces = false);
     ~Pipe();
     Pipe(const Pipe&) = delete;
     Pipe& operator=(const Pipe&) = delete;
-    void closeReader() { closeEnd(reader); }
-    void closeWriter() { closeEnd(writer); }
+    void closeReader();
+    void closeWriter();
+
+    /// Makes all reads and writes of a pipe that keeps pieces fail, the ones that wait too.
+    void hangUp() const;
+
+    std::optional<Bytes> receive(size_t capacity = 65536) const;  ///< Nothing at the end of the pipe.
+    Bytes receiveAll() const;                                     ///< To the end, in small pieces.
+    bool send(const Bytes& bytes) const;                          ///< Whether all was taken.
 
     platform::PipeHandle reader = platform::noPipe;
     platform::PipeHandle writer = platform::noPipe;
-
-private:
-    static void closeEnd(platform::PipeHandle& end);
 };
 
 /// Where a process runs, as far as it isn't where the test runs.

@@ -3,15 +3,15 @@
 #include <gtest/gtest.h>
 #include <zprusb.h>
 
+#include <atomic>
 #include <cstring>
 #include <iostream>
 
 #include "calls.h"
 #include "fake_control_library.h"
-#include "fake_pipe.h"
 #include "platform/module.h"
 #include "platform/thread.h"
-#include "support/latch.h"
+#include "simulator/system.h"
 #include "support/system.h"
 
 namespace fs = std::filesystem;
@@ -50,7 +50,7 @@ struct Library {
 
 const std::string printerPath =
     "\\\\?\\usb#vid_5a2c&pid_0012#loading-" + std::to_string(platform::currentThreadId());
-Latch deviceChecked{1};
+std::atomic<bool> deviceChecked = false;
 
 /// One printer, to which nothing is sent.
 const FakeControlFunctions idlePrinter{
@@ -64,7 +64,7 @@ const FakeControlFunctions idlePrinter{
     [](uint64_t) {},
     [](uint32_t) { return ~uint64_t{0}; },
     [](uint64_t) {
-        deviceChecked.countDown();
+        deviceChecked = true;
         return uint32_t{1};
     },
 };
@@ -96,8 +96,7 @@ uint16_t unloadTheOpenLibrary() {
     const Library library(fs::absolute(folderName / libraryFile));
     const uint16_t code = library.open();
     platform::unloadModule(library.module);
-    reportDeviceChange();
-    deviceChecked.wait();  // by the library's thread, in what is left of it
+    while (!deviceChecked) simulator::notifyDeviceChange();  // by the library's thread, in what is left of it
     return code;
 }
 
@@ -146,7 +145,6 @@ TEST(Loading, worksOrFailsByTheControlLibraryOfTheFolderAndEndsWellInWhateverSta
     }
     fs::current_path(parts);
     fs::remove_all(top);
-    test::removeMutex("usb#vid_5a2c&pid_0012#loading");
 }
 
 int main(int argc, char** argv) {

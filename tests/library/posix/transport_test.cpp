@@ -13,7 +13,6 @@
 #include <thread>
 
 #include "support/system.h"
-#include "transfer_pipes.h"
 
 using namespace device;
 using namespace std::chrono_literals;
@@ -44,42 +43,26 @@ TEST(TransportOnPosix, isOverWhenThePrinterHasTakenTheBytesOrIsGone) {
             auto written = std::async([&] { return write(writer, bytes, 10).code; });
             waitForBytes(pipe.reader);
             EXPECT_EQ(written.wait_for(50ms), std::future_status::timeout);
-            taken ? void(receivePiece(pipe.reader)) : pipe.closeReader();
+            taken ? void(pipe.receive()) : pipe.closeReader();
             EXPECT_EQ(written.get(), taken ? 0 : 2600);
         }
     }
 }
 
-TEST(TransportOnPosix, doesNotGoOnWithAPieceWhenTheHandleWasTakenAway) {
-    const Bytes bytes(8 << 20);
-    AnswerPipe pipe;  // a stream, which takes a part
-    fcntl(descriptor(pipe.ends.testEnd), F_SETFL, O_NONBLOCK);
-    PipeWriter writer{pipe.ends.testEnd};
-    size_t received = 0;
-    std::jthread printer([&] {
-        for (std::optional<Bytes> piece; (piece = receivePiece(pipe.ends.libraryEnd));
-             received += piece->size())
-            if (received == 0) writer.pipe = platform::noPipe;
-    });
-    EXPECT_FALSE(directWrite(writer, bytes.data(), 8 << 20));
-    TransferPipe::close(pipe.ends.testEnd);
-    printer.join();
-    EXPECT_LT(received, bytes.size());
-}
-
 // By a debugger, or by a shell. The answer comes meanwhile.
 TEST(TransportOnPosix, isNotEndedByForceForTheTimeThatTheProcessIsStopped) {
-    AnswerPipe pipe;
+    test::Pipe pipe;
+    PipeReader reader{pipe.reader};
     const pid_t process = fork();
     if (process == 0) {
         uint8_t answer[answerCapacity];
         uint32_t count = 0;
-        _exit(workerRead(pipe.reader, answer, count) && !readPipeAbandoned ? 0 : 1);
+        _exit(workerRead(reader, answer, count) && !readPipeAbandoned ? 0 : 1);
     }
     std::this_thread::sleep_for(100ms);
     kill(process, SIGSTOP);
     std::this_thread::sleep_for(transferLimitMilliseconds * 1ms);
-    pipe.give({1});
+    pipe.send({1});
     kill(process, SIGCONT);
     int status = -1;
     waitpid(process, &status, 0);

@@ -1,34 +1,16 @@
 #include "platform/device_changes.h"
 
 #include <gtest/gtest.h>
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <cstddef>
 #include <filesystem>
 #include <fstream>
 #include <string>
 
 #include "device_event.h"
+#include "simulator/system.h"
 
 using namespace platform;
-
-namespace {
-
-void postDeviceChange() {
-    const std::string name = "zprusb-device-change-" + std::to_string(getpid());
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    name.copy(address.sun_path + 1, name.size());
-    const auto length = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + name.size());
-    const int sender = socket(AF_UNIX, SOCK_DGRAM, 0);
-    ASSERT_EQ(sendto(sender, "", 0, 0, reinterpret_cast<const sockaddr*>(&address), length), 0);
-    close(sender);
-}
-
-}  // namespace
 
 TEST(DeviceChangesOfTheSystem, theFirstOfTheProcessMakesOneOfAllThatWasPostedAndTheNextTakesItsPlace) {
     for (int round = 0; round < 2; ++round) {
@@ -36,14 +18,14 @@ TEST(DeviceChangesOfTheSystem, theFirstOfTheProcessMakesOneOfAllThatWasPostedAnd
         DeviceChanges* second = openDeviceChanges();
         // Devices may really come and go on the machine that runs the tests.
         while (takeDeviceChange(first) || takeDeviceChange(second)) continue;
-        for (int i = 0; i < 3; ++i) postDeviceChange();
+        for (int i = 0; i < 3; ++i) simulator::notifyDeviceChange();
         EXPECT_FALSE(takeDeviceChange(second));
         EXPECT_TRUE(takeDeviceChange(first));
         EXPECT_FALSE(takeDeviceChange(first));
         closeDeviceChanges(first);
         EXPECT_TRUE(takeDeviceChange(second)) << "what nobody took may have been lost";
         EXPECT_FALSE(takeDeviceChange(second));
-        postDeviceChange();
+        simulator::notifyDeviceChange();
         EXPECT_TRUE(takeDeviceChange(second));
         closeDeviceChanges(second);
     }

@@ -64,7 +64,7 @@ TEST(Signals, interruptNeitherBlockingNorNonBlockingPipes) {
         std::vector<uint8_t> received;
         std::thread writer([&] { writeAll(&write); });
         interruptOften(writer);
-        std::thread reader([&] { received = readToTheEnd(pipe.reader); });
+        std::thread reader([&] { received = pipe.receiveAll(); });
         writer.join();
         interruptOften(reader);
         pipe.closeWriter();

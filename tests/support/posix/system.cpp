@@ -4,11 +4,10 @@
 #include <fcntl.h>
 #include <signal.h>
 #include <spawn.h>
+#include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <cctype>
 #include <cstdlib>
 #include <stdexcept>
 
@@ -54,41 +53,25 @@ unsigned resourceCount() {
     return static_cast<unsigned>(entriesOf("/proc/self/fd") + entriesOf("/proc/self/task"));
 }
 
-std::vector<fs::path> mutexFiles(const std::string& name) {
-    std::string start = name.substr(0, 96);
-    std::ranges::replace_if(
-        start, [](unsigned char c) { return !std::isalnum(c) && c != '-' && c != '_'; }, '_');
-    std::vector<fs::path> files;
-    for (const char* folder : {"/run/lock/zprusb", "/dev/shm"}) {
-        if (!fs::exists(folder)) continue;
-        for (const auto& entry : fs::directory_iterator(folder)) {
-            if (entry.path().filename().string().starts_with("zprusb-" + start + "-")) files.push_back(entry);
-        }
-    }
-    return files;
+platform::PipeHandle openNothing() {
+    return static_cast<uint64_t>(open("/dev/null", O_RDONLY | O_CLOEXEC));
 }
 
-unsigned removeMutex(const std::string& name) {
-    unsigned removed = 0;
-    for (const fs::path& file : mutexFiles(name)) removed += fs::remove(file);
-    return removed;
-}
-
-Pipe::Pipe() {
+Pipe::Pipe(bool keepsPieces) {
     int ends[2];
-    if (pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
+    const int result =
+        keepsPieces ? socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) : pipe2(ends, O_CLOEXEC);
+    if (result != 0) throw std::runtime_error("no pipe");
     reader = static_cast<uint64_t>(ends[0]);
     writer = static_cast<uint64_t>(ends[1]);
 }
 
-Pipe::~Pipe() {
-    closeReader();
-    closeWriter();
+void Pipe::hangUp() const {
+    shutdown(static_cast<int>(reader), SHUT_RDWR);
 }
 
-void Pipe::closeEnd(platform::PipeHandle& end) {
-    if (end != platform::noPipe) close(static_cast<int>(end));
-    end = platform::noPipe;
+void closePipeEnd(platform::PipeHandle end) {
+    close(static_cast<int>(end));
 }
 
 ChildProcess::ChildProcess(const fs::path& program, const std::vector<std::string>& arguments,
@@ -114,12 +97,7 @@ ChildProcess::ChildProcess(const fs::path& program, const std::vector<std::strin
     output_.closeWriter();
 }
 
-ChildProcess::~ChildProcess() {
-    kill();
-}
-
 void ChildProcess::kill() {
-    if (process_ == 0) return;
     ::kill(static_cast<pid_t>(process_), SIGKILL);
     exitStatus();
 }

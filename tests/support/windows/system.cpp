@@ -1,5 +1,6 @@
 #include "../../../src/platform/windows/system.h"
 
+#include <atomic>
 #include <stdexcept>
 
 #include "support/system.h"
@@ -59,29 +60,29 @@ unsigned resourceCount() {
     return count;
 }
 
-std::vector<fs::path> mutexFiles(const std::string&) {
-    return {};
+platform::PipeHandle openNothing() {
+    return reinterpret_cast<uint64_t>(CreateFileA("NUL", GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
 }
 
-unsigned removeMutex(const std::string&) {
-    return 0;
+Pipe::Pipe(bool keepsPieces) {
+    static std::atomic<int> counter{0};
+    const std::string name =
+        "\\\\.\\pipe\\zprusb-test-" + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(++counter);
+    const DWORD size = keepsPieces ? 1 << 20 : 4096;
+    const DWORD mode = keepsPieces ? PIPE_TYPE_MESSAGE | PIPE_READMODE_MESSAGE : PIPE_TYPE_BYTE;
+    reader = reinterpret_cast<uint64_t>(
+        CreateNamedPipeA(name.c_str(), PIPE_ACCESS_INBOUND, mode, 1, size, size, 0, nullptr));
+    writer = reinterpret_cast<uint64_t>(
+        CreateFileA(name.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    if (handleOf(writer) == INVALID_HANDLE_VALUE) throw std::runtime_error("no pipe");
 }
 
-Pipe::Pipe() {
-    HANDLE ends[2];
-    if (!CreatePipe(&ends[0], &ends[1], nullptr, 4096)) throw std::runtime_error("no pipe");
-    reader = reinterpret_cast<uint64_t>(ends[0]);
-    writer = reinterpret_cast<uint64_t>(ends[1]);
+void Pipe::hangUp() const {
+    DisconnectNamedPipe(handleOf(reader));
 }
 
-Pipe::~Pipe() {
-    closeReader();
-    closeWriter();
-}
-
-void Pipe::closeEnd(platform::PipeHandle& end) {
-    if (end != platform::noPipe) CloseHandle(handleOf(end));
-    end = platform::noPipe;
+void closePipeEnd(platform::PipeHandle end) {
+    CloseHandle(handleOf(end));
 }
 
 ChildProcess::ChildProcess(const fs::path& program, const std::vector<std::string>& arguments,
@@ -121,12 +122,7 @@ ChildProcess::ChildProcess(const fs::path& program, const std::vector<std::strin
     output_.closeWriter();
 }
 
-ChildProcess::~ChildProcess() {
-    kill();
-}
-
 void ChildProcess::kill() {
-    if (process_ == 0) return;
     TerminateProcess(handleOf(process_), 1);
     exitStatus();
 }

@@ -7,21 +7,10 @@
 #include <cstdio>
 #include <string_view>
 
-#include "platform/pipe.h"
 #include "platform/thread.h"
+#include "transfer.h"
 
 namespace {
-
-struct Read {
-    std::atomic<platform::PipeHandle> pipe;
-    uint8_t byte;
-    uint32_t count;
-};
-
-void readOnce(void* argument) {
-    auto& read = *static_cast<Read*>(argument);
-    platform::readPipe(read.pipe, &read.byte, 1, read.count);
-}
 
 void refuseFiles() {
     const rlimit none{};
@@ -29,7 +18,7 @@ void refuseFiles() {
 }
 
 const char* endThread(bool filesRefused) {
-    static Read read{};
+    static Transfer read{platform::noPipe, {0}};
     int ends[2];
     if (pipe(ends) != 0) return "no pipe";
     read.pipe = static_cast<platform::PipeHandle>(ends[0]);
