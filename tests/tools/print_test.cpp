@@ -1,3 +1,5 @@
+#include <thread>
+
 #include "workshop.h"
 
 namespace test {
@@ -51,11 +53,14 @@ TEST_F(Print, APictureOfThePageSizeArrivesUnchanged) {
 }
 
 TEST_F(Print, PeopleAreToldWhatWasPrinted) {
-    const Outcome outcome = run("zprusb print small.png");
-    EXPECT_EQ(outcome.status, 0);
-    EXPECT_EQ(outcome.err, "");
-    EXPECT_EQ(outcome.out,
-              "Printed small.png on 3 x 2 inch (76.2 x 50.8 mm), 1 copy, as job 1 of printer 0.\n");
+    const std::string page = "small.png on 3 x 2 inch (76.2 x 50.8 mm), 1 copy, as job 1 of printer 0";
+    for (const std::string wait : {"", " --wait"}) {
+        const Outcome outcome = run("zprusb print small.png" + wait);
+        EXPECT_EQ(outcome.status, 0);
+        EXPECT_EQ(outcome.err, "");
+        EXPECT_EQ(outcome.out, wait.empty() ? "Sent " + page + "; the printer is printing it.\n"
+                                            : "Printed " + page + ".\n");
+    }
 }
 
 TEST_F(Print, TheSizeIsTheNamedOneOrTheOneThatSuitsThePictureBest) {
@@ -158,7 +163,11 @@ TEST_F(Print, APrinterThatFailsBeforeOrDuringThePageIsToldByItsCode) {
     const std::pair<std::string, std::string> failures[] = {
         {R"("condition": "out of media"}])", "code 21"},
         {R"("foreign": false}], "faults": [{"imageByte": 100000, "action": "closePipe"}])", "code 2600"},
-        {R"("foreign": false}], "faults": [{"imageByte": 100000, "action": "unplug"}])", "code 2600"}};
+        {R"("foreign": false}], "faults": [{"imageByte": 100000, "action": "unplug"}])", "code 2600"},
+        {R"("foreign": false}], "faults": [{"imageByte": 1620000, "action": "unplug"}])", "code 2600"},
+        {R"("foreign": false}], "faults": [{"command": "GetMediaInfo", "occurrence": "every",
+            "action": "short", "bytes": 10}])",
+         "code 2600"}};
     for (const auto& [setup, code] : failures) {
         simulate(std::string(R"({"printers": [{)") + smallMedia + ", " + setup + "}");
         const Outcome outcome = run("zprusb print small.png");
@@ -166,6 +175,24 @@ TEST_F(Print, APrinterThatFailsBeforeOrDuringThePageIsToldByItsCode) {
         EXPECT_EQ(outcome.out, "");
         EXPECT_TRUE(contains(outcome.err, code));
     }
+}
+
+// The first program's printer takes no more data, so that it keeps the printer until it gives up.
+TEST_F(Print, APrinterThatAnotherProgramUsesIsNotWaitedForLongerThanAskedFor) {
+    const std::string shared = std::string(R"({"printers": [{"serial": "SHARED", )") + smallMedia + "}]";
+    simulate(shared + R"(, "faults": [{"imageByte": 100000, "action": "never"}]})");
+    ChildProcess first = start("zprusb print small.png --json --timeout 20");
+    while (read("err").empty()) std::this_thread::yield();  // it says after a second that it waits
+    EXPECT_EQ(run("zprusb status").out, "printer 0: busy\n");
+    simulate(shared + "}");
+    for (const std::string command : {"list --no-wait", "info --wait 1", "print small.png --no-wait"}) {
+        const Outcome outcome = run("zprusb " + command + " --json");
+        EXPECT_EQ(outcome.status, 4) << command;
+        EXPECT_EQ(Json::parse(outcome.out)["error"]["name"], "PRINTER_BUSY");
+    }
+    EXPECT_EQ(json("zprusb print small.png --wait")["printed"], true);
+    EXPECT_EQ(first.exitStatus(), 1);
+    EXPECT_EQ(Json::parse(first.readAll())["error"]["code"], 2600);
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "text.h"
+
 namespace tool {
 
 uint32_t littleEndian(ByteView field) {
@@ -19,9 +21,7 @@ Bytes littleEndianBytes(uint32_t value, size_t size) {
 std::string textOf(ByteView field) {
     std::string text(field.begin(), std::ranges::find(field, uint8_t{0}));
     text.erase(text.find_last_not_of(' ') + 1);
-    std::ranges::replace_if(
-        text, [](char c) { return (c >= 0 && c < ' ') || c == '\x7f'; }, '?');
-    return text;
+    return harmless(text);
 }
 
 std::string hexOf(ByteView bytes, const char* separator) {

@@ -18,7 +18,7 @@ uint32_t littleEndian(ByteView field);
 /// A number as so many bytes, little-endian.
 Bytes littleEndianBytes(uint32_t value, size_t size);
 
-/// The bytes up to the first zero, without blanks at the end; control characters become question marks.
+/// The bytes up to the first zero, without blanks at the end, made harmless().
 std::string textOf(ByteView field);
 
 /// Two hexadecimal digits for each byte, with `separator` between the bytes.

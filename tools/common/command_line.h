@@ -12,11 +12,18 @@
 
 namespace tool {
 
+constexpr unsigned longestWaitSeconds = 1'000'000;
+
+/// The values that an option or argument takes, and the words in which a wrong one is refused.
+CLI::Validator inRange(int64_t smallest, int64_t largest);
+CLI::Validator oneOf(std::vector<std::string> words);
+
 /// Adds what is there whatever the command.
 void defineCommon(CLI::App& app, CommonArguments& arguments);
 
-/// Understands the command line. For --help and --version, and after an error, it prints what there is to say.
+/// Understands the command line. For --help and --version it prints what there is to say.
 /// @return the exit status when there is nothing more to do.
+/// @throws WrongUsage
 std::optional<int> parse(CLI::App& app, std::vector<std::string> words);
 
 /// A command of the command line, and where its arguments gather.

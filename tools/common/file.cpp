@@ -1,9 +1,11 @@
 #include "file.h"
 
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 
 #include "failure.h"
+#include "system.h"
 
 namespace tool {
 namespace {
@@ -29,6 +31,18 @@ Bytes readFile(const std::string& path, uint64_t largest) {
     std::ifstream stream(file, std::ios::binary);
     if (!stream.read(reinterpret_cast<char*>(content.data()), static_cast<std::streamsize>(size)))
         refuseFile(path, "can't be read.");
+    return content;
+}
+
+Bytes readInput(uint64_t largest) {
+    makeInputBinary();
+    Bytes content;
+    uint8_t part[65536];
+    for (size_t size = 1; size > 0 && content.size() <= largest;) {
+        size = std::fread(part, 1, sizeof part, stdin);
+        content.insert(content.end(), part, part + size);
+    }
+    if (content.size() > largest) refuseFile("-", "is larger than " + std::to_string(largest >> 20) + " MiB.");
     return content;
 }
 

@@ -2,19 +2,32 @@
 
 #include <zprusb.h>
 
+#include <algorithm>
 #include <array>
+#include <charconv>
 
 #include "failure.h"
 #include "result_text.h"
+#include "system.h"
+#include "text.h"
 
 namespace tool {
 namespace {
 
-std::vector<FoundPrinter> findPrinters() {
+constexpr auto searchAlone = std::chrono::seconds(10);  // for a search that has nobody to wait for
+constexpr const char* busyPrinter = "a printer that another program is using";
+
+/// Calls that wait for the printer's answers and are limited by the library itself.
+const Patience forAnswers = {.what = "the printer's answer"};
+
+std::vector<FoundPrinter> findPrinters(const Patience& patience) {
     std::array<uint8_t, ZPRUSB_MAX_PRINTERS> numbers;
     std::array<char, size_t{ZPRUSB_MAX_PRINTERS} * ZPRUSB_LABEL_SIZE> labels;
-    const uint32_t count = zprusb_listupPrinter(numbers.data());
-    zprusb_listupPrinterLbl(labels.data());
+    uint16_t none = 0;
+    const uint32_t count = callLibrary(patience, "zprusb_listupPrinter(list)", none,
+                                       [&](uint16_t*) { return zprusb_listupPrinter(numbers.data()); });
+    callLibrary(patience, "zprusb_listupPrinterLbl(labels)", none,
+                [&](uint16_t*) { return zprusb_listupPrinterLbl(labels.data()); });
     std::vector<FoundPrinter> found;
     for (size_t i = 0; i < count; ++i) {
         const auto* label = reinterpret_cast<const uint8_t*>(labels.data()) + i * ZPRUSB_LABEL_SIZE;
@@ -23,68 +36,150 @@ std::vector<FoundPrinter> findPrinters() {
     return found;
 }
 
+void closeLibrary() {
+    uint16_t none = 0;
+    callLibrary({.what = "the library to close"}, "zprusb_close()", none, [](uint16_t*) {
+        zprusb_close();
+        return 1u;
+    });
+}
+
+Refusal refusalOf(uint16_t code) {
+    return {resultSentence(code), code};
+}
+
 /// The library gives no code with a failed read, so the status is asked for the reason.
-[[noreturn]] void refuseReading(const InfoKind& kind) {
-    uint16_t code = ZPRUSB_SUCCESS;
-    if (zprusb_status(&code) == 1) code = ZPRUSB_COMMUNICATION;
-    throw Refusal("The printer did not tell '" + kind.word + "': " + resultSentence(code));
+void tellReason(uint16_t* code) {
+    if (zprusb_status(code) == 1) *code = ZPRUSB_COMMUNICATION;
+}
+
+std::optional<uint8_t> numberIn(const std::string& text) {
+    uint8_t number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
+    return number;
 }
 
 }  // namespace
 
 void require(uint32_t verdict, const uint16_t& code) {
-    if (verdict == 0) throw Refusal(resultSentence(code), code);
+    if (verdict == 0) throw refusalOf(code);
 }
 
-Printer::Printer(std::optional<uint8_t> number) {
-    uint16_t code = 0;
-    require(zprusb_open(&code), code);
+Refusal busyRefusal(const std::string& remark) {
+    return {remark + resultSentence(ZPRUSB_PRINTER_BUSY), ZPRUSB_PRINTER_BUSY};
+}
+
+std::vector<Device> printersInUse() {
+    std::vector<Device> devices = connectedPrinters();
+    std::erase_if(devices, [](const Device& device) { return useOf(device) != Use::inUse; });
+    return devices;
+}
+
+Printer::Printer(const PrinterChoice& choice) : waitSeconds_(choice.waitSeconds) {
+    const bool never = waitSeconds_ == 0u;
+    if (never && !printersInUse().empty()) throw busyRefusal("");
+    if (waitSeconds_) until_ = Clock::now() + (never ? searchAlone : std::chrono::seconds(*waitSeconds_));
     try {
-        found_ = findPrinters();
-        if (found_.empty()) throw Refusal(resultSentence(ZPRUSB_NO_PRINTER_FOUND), ZPRUSB_NO_PRINTER_FOUND);
-        select(number.value_or(found_.front().number));
+        open();
+        found_ = findPrinters(patience());
+        if (found_.empty()) throw refusalOf(ZPRUSB_NO_PRINTER_FOUND);
+        if (never) until_ = Clock::now();
+        select(choice.who.empty() ? found_.front().number : chosen(choice.who));
     } catch (...) {
-        zprusb_close();
+        closeLibrary();
         throw;
     }
 }
 
 Printer::~Printer() {
-    zprusb_close();
+    closeLibrary();
+}
+
+Patience Printer::patience() const {
+    return {.what = busyPrinter, .until = until_, .tooLong = [seconds = waitSeconds_.value_or(0)] {
+                return busyRefusal("Waited for " + std::to_string(seconds) + " s. ");
+            }};
+}
+
+void Printer::open() {
+    uint16_t code = 0;
+    require(callLibrary(patience(), "zprusb_open(&code)", code, zprusb_open), code);
+}
+
+/// A name that is a number too can't be told from it, so the number comes first.
+uint8_t Printer::chosen(const std::string& who) {
+    const auto number = numberIn(who);
+    if (number && std::ranges::find(found_, *number, &FoundPrinter::number) != found_.end()) return *number;
+    for (const FoundPrinter& found : found_)
+        if (serialOf(found.number) == who) return found.number;
+    for (const FoundPrinter& found : found_) {
+        select(found.number);
+        if (uniqueString() == who) return found.number;
+    }
+    throw Refusal("There is no printer '" + harmless(who) + "'. " + resultSentence(ZPRUSB_NOT_SELECTABLE),
+                  ZPRUSB_NOT_SELECTABLE);
 }
 
 void Printer::select(uint8_t number) {
     uint16_t code = 0;
-    number_ = static_cast<uint8_t>(zprusb_selectPrinter(number, &code));
+    const std::string text = "zprusb_selectPrinter(" + std::to_string(number) + ", &code)";
+    number_ = static_cast<uint8_t>(callLibrary(
+        forAnswers, text, code, [number](uint16_t* result) { return zprusb_selectPrinter(number, result); }));
     require(code == ZPRUSB_SUCCESS, code);
 }
 
 bool Printer::reopen() {
-    zprusb_close();
+    closeLibrary();
     uint16_t code = ZPRUSB_SUCCESS;
-    if (zprusb_open(&code) == 1) zprusb_selectPrinter(number_, &code);
+    if (callLibrary(patience(), "zprusb_open(&code)", code, zprusb_open) == 0) return false;
+    const std::string text = "zprusb_selectPrinter(" + std::to_string(number_) + ", &code)";
+    callLibrary(forAnswers, text, code,
+                [this](uint16_t* result) { return zprusb_selectPrinter(number_, result); });
     return code == ZPRUSB_SUCCESS;
+}
+
+void Printer::call(const std::string& text, const std::function<uint32_t(uint16_t*)>& function) const {
+    constexpr auto pause = std::chrono::milliseconds(100);
+    WaitingNotice notice("printer " + std::to_string(number_) + ", which another program is using");
+    uint16_t code = ZPRUSB_SUCCESS;
+    while (callLibrary(forAnswers, text, code, function) == 0) {
+        if (code != ZPRUSB_PRINTER_BUSY) throw refusalOf(code);
+        if (isPastWait()) throw busyRefusal("");
+        notice.update();
+        if (interruptedWithin(pause)) throw Refusal("Interrupted while another program is using the printer.");
+    }
 }
 
 void Printer::set(uint16_t tag, ByteView value) {
     const auto length = static_cast<uint32_t>(value.size());
-    uint16_t code = 0;
-    require(zprusb_setPrinterInfo(tag, value.data(), &length, &code), code);
+    const std::string text = "zprusb_setPrinterInfo(" + std::to_string(tag) + ", {" + hexOf(value, " ") +
+                             "}, " + std::to_string(length) + ", &code)";
+    call(text, [&](uint16_t* code) { return zprusb_setPrinterInfo(tag, value.data(), &length, code); });
 }
 
 std::vector<uint16_t> Printer::status(const std::vector<uint8_t>& numbers) const {
     std::vector<uint8_t> list = numbers;
     list.push_back(ZPRUSB_LIST_END);
     std::vector<uint16_t> codes(numbers.size());
-    zprusb_statusAll(list.data(), codes.data());
+    callLibrary(forAnswers, "zprusb_statusAll({" + hexOf(list, " ") + "}, codes)", codes.front(),
+                [&](uint16_t*) { return zprusb_statusAll(list.data(), codes.data()); });
     return codes;
 }
 
 Bytes Printer::read(const InfoKind& kind) const {
     Bytes record(kind.size);
-    uint32_t length = kind.size;
-    if (zprusb_getPrinterInfo(kind.tag, record.data(), &length) == 0 || length != kind.size)
-        refuseReading(kind);
+    const auto readOnce = [&](uint16_t* code) {
+        uint32_t length = kind.size;
+        const bool whole = zprusb_getPrinterInfo(kind.tag, record.data(), &length) == 1 && length == kind.size;
+        if (!whole) tellReason(code);
+        return whole ? 1u : 0u;
+    };
+    try {
+        call("zprusb_getPrinterInfo(" + std::to_string(kind.tag) + ", record, &length)", readOnce);
+    } catch (const Refusal& refusal) {
+        throw Refusal("The printer did not tell '" + kind.word + "': " + refusal.what(), refusal.code());
+    }
     return record;
 }
 

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <utility>
 
+#include "steps.h"
 #include "system.h"
 
 namespace tool {
@@ -13,7 +14,9 @@ constexpr size_t barWidth = 40;
 }  // namespace
 
 ProgressBar::ProgressBar(std::string label, size_t total)
-    : label_(std::move(label)), total_(total), visible_(isTerminal(stderr)) {
+    : label_(std::move(label)),
+      total_(total),
+      visible_(chosenSteps() == Steps::forPeople && isTerminal(stderr)) {
     show(0);
 }
 
@@ -23,8 +26,11 @@ ProgressBar::~ProgressBar() {
 
 void ProgressBar::show(size_t done) {
     const size_t percent = total_ == 0 ? 100 : done * 100 / total_;
-    if (!visible_ || percent == percent_) return;
+    if (percent == percent_) return;
     percent_ = percent;
+    tellStep("{\"step\":\"" + label_ + "\",\"bytes\":" + std::to_string(done) +
+             ",\"of\":" + std::to_string(total_) + "}");
+    if (!visible_) return;
     const size_t filled = percent * barWidth / 100;
     const std::string bar = std::string(filled, '#') + std::string(barWidth - filled, '.');
     std::fprintf(stderr, "\r%s [%s] %3zu %%", label_.c_str(), bar.c_str(), percent);

@@ -13,11 +13,14 @@ namespace tool {
 std::vector<std::string> argumentsInUtf8(int argc, char** argv);
 
 /// The path of a file as the library takes it. On Windows that is the system's legacy encoding.
-/// @throws WrongUsage when the path can't be written so.
+/// @throws UnusableFile when the path can't be written so.
 std::string pathForLibrary(const std::string& utf8);
 
-/// Makes a console show the UTF-8 that the program prints.
-void useUtf8Console();
+/// Makes a console show the UTF-8 that the program prints, and a closed pipe an error instead of a sudden end.
+void prepareOutput();
+
+/// Standard input delivers its bytes as they are.
+void makeInputBinary();
 
 bool isTerminal(std::FILE* stream);
 

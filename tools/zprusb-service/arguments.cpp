@@ -8,7 +8,7 @@
 namespace tool {
 namespace {
 
-const CLI::Range anyByte(0, 0xFF);
+const CLI::Validator anyByte = inRange(0, 0xFF);
 
 /// Bytes as pairs of hexadecimal digits, in one word or in several, each with or without 0x before it.
 Bytes bytesOf(const std::vector<std::string>& words) {
@@ -48,7 +48,7 @@ void defineEeprom(CLI::App& app, Arguments& arguments) {
     const auto read =
         addCommand<EepromReadArguments>(group, "read", "Show a part of the maintenance memory", arguments);
     read.app->add_option("address", read->address, "Address of the first byte")->required()->check(anyByte);
-    read.app->add_option("count", read->count, "Number of bytes")->required()->check(CLI::Range(1, 255));
+    read.app->add_option("count", read->count, "Number of bytes")->required()->check(inRange(1, 255));
     read.app->add_option("--out", read->out, "Write the bytes into this file instead")->type_name("FILE");
 
     const auto write = addCommand<EepromWriteArguments>(
@@ -69,7 +69,7 @@ void defineEeprom(CLI::App& app, Arguments& arguments) {
 void defineDiagnose(CLI::App& app, Arguments& arguments) {
     const auto diagnose = addCommand<DiagnoseArguments>(
         app, "diagnose", "Start a self-diagnosis and show its 40 bytes of results", arguments);
-    diagnose.app->add_option("kind", diagnose->kind, "Kind of the diagnosis")->check(CLI::Range(1, 7));
+    diagnose.app->add_option("kind", diagnose->kind, "Kind of the diagnosis")->check(inRange(1, 7));
     diagnose.app
         ->add_option(
             "p1", diagnose->first,
@@ -95,7 +95,7 @@ void defineToneCurve(CLI::App& app, Arguments& arguments) {
     load.app->add_option("--curve", load->curve, "Which of the two curves")
         ->type_name("N")
         ->required()
-        ->check(CLI::Range(1, 2));
+        ->check(inRange(1, 2));
     addCommand<ToneCurveResetArguments>(group, "reset", "Make the printer forget its tone curves", arguments);
 }
 
@@ -110,7 +110,7 @@ void defineMaintenance(CLI::App& app, Arguments& arguments) {
     for (size_t i = 0; i < set->values.size(); ++i)
         set.app->add_option("v" + std::to_string(i + 1), set->values[i], "Value " + std::to_string(i + 1))
             ->required()
-            ->check(CLI::Range(0, 0xFFFF));
+            ->check(inRange(0, 0xFFFF));
 }
 
 void defineUniversal(CLI::App& app, Arguments& arguments) {

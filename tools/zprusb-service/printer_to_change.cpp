@@ -30,7 +30,7 @@ PrinterToChange::PrinterToChange(const Arguments& common, const std::string& dee
 }
 
 void requireChoice(const Arguments& common, const Printer& printer) {
-    if (common.printer || printer.all().size() == 1) return;
+    if (!common.printer.who.empty() || printer.all().size() == 1) return;
     std::string list;
     for (const FoundPrinter& found : printer.all())
         list +=

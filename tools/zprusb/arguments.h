@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "common_arguments.h"
+#include "image/picture.h"
 #include "media.h"
 
 namespace tool {
@@ -25,7 +26,14 @@ struct InfoArguments {
 };
 
 struct PrintArguments {
-    std::string image;
+    std::vector<std::string> images;  // "-" is standard input
+    std::string watch;                // a folder; empty for none
+    std::string preview;              // the file for the page instead of a printer; empty for none
+    bool any = false;
+    unsigned timeoutSeconds = 60;
+    Gravity gravity{};
+    std::optional<unsigned> rotation;  // degrees clockwise
+    double border = 0;                 // in millimetres
     std::optional<WantedSize> size;
     uint16_t copies = 1;
     std::optional<uint8_t> section;  // of a long page; 0 is the whole page
@@ -50,18 +58,21 @@ struct ResetCounterArguments {
     std::optional<uint8_t> number;  // none: all that can be reset
 };
 
+struct DoctorArguments {};
+
 struct BlinkArguments {};
 
 struct ResetArguments {};
 
 struct Arguments : CommonArguments {
     std::variant<ListArguments, StatusArguments, InfoArguments, PrintArguments, WatchArguments, SetArguments,
-                 ResetCounterArguments, BlinkArguments, ResetArguments>
+                 ResetCounterArguments, DoctorArguments, BlinkArguments, ResetArguments>
         command;
 };
 
-/// Understands the command line. For --help and --version, and after an error, it prints what there is to say.
+/// Understands the command line. For --help and --version it prints what there is to say.
 /// @return the exit status when there is nothing more to do.
+/// @throws WrongUsage
 std::variant<Arguments, int> parseArguments(std::vector<std::string> words);
 
 }  // namespace tool

@@ -13,6 +13,7 @@ int run(const CommonArguments& common, const PrintArguments& arguments);
 int run(const CommonArguments& common, const WatchArguments& arguments);
 int run(const CommonArguments& common, const SetArguments& arguments);
 int run(const CommonArguments& common, const ResetCounterArguments& arguments);
+int run(const CommonArguments& common, const DoctorArguments& arguments);
 int run(const CommonArguments& common, const BlinkArguments& arguments);
 int run(const CommonArguments& common, const ResetArguments& arguments);
 

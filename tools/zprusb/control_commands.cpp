@@ -9,10 +9,10 @@
 namespace tool {
 namespace {
 
-int control(const CommonArguments& common, uint32_t (*call)(uint16_t* resultCode), const std::string& deed) {
+int control(const CommonArguments& common, const char* text, uint32_t (*function)(uint16_t* resultCode),
+            const std::string& deed) {
     const Printer printer(common.printer);
-    uint16_t code = 0;
-    require(call(&code), code);
+    printer.call(text, function);
     show({{{"printer", printer.number()}}, "Printer " + std::to_string(printer.number()) + " " + deed + ".\n"},
          common.json);
     return exitSuccess;
@@ -21,11 +21,11 @@ int control(const CommonArguments& common, uint32_t (*call)(uint16_t* resultCode
 }  // namespace
 
 int run(const CommonArguments& common, const BlinkArguments&) {
-    return control(common, zprusb_blinkLED, "flashes its LED");
+    return control(common, "zprusb_blinkLED(&code)", zprusb_blinkLED, "flashes its LED");
 }
 
 int run(const CommonArguments& common, const ResetArguments&) {
-    return control(common, zprusb_resetPrinter, "resets itself");
+    return control(common, "zprusb_resetPrinter(&code)", zprusb_resetPrinter, "resets itself");
 }
 
 int run(const CommonArguments& common, const ResetCounterArguments& arguments) {
@@ -34,8 +34,8 @@ int run(const CommonArguments& common, const ResetCounterArguments& arguments) {
     const uint8_t last = arguments.number.value_or(lastResettableCounter);
     View view{{{"printer", printer.number()}, {"counters", Json::array()}}, ""};
     for (uint8_t number = first; number <= last; ++number) {
-        uint16_t code = 0;
-        require(zprusb_resetCounter(number, &code), code);
+        printer.call("zprusb_resetCounter(" + std::to_string(number) + ", &code)",
+                     [number](uint16_t* code) { return zprusb_resetCounter(number, code); });
         view.data["counters"].push_back(number);
         view.text += "Counter " + std::to_string(number) + " of printer " + std::to_string(printer.number()) +
                      " is zero now.\n";

@@ -13,14 +13,15 @@ namespace tool {
 
 /// A size as a user writes it.
 struct WantedSize {
-    enum class Unit { inch, millimetre, either };
+    enum class Unit { inch, millimetre, centimetre, either };
 
     double width;
     double length;
     Unit unit;
 };
 
-/// Understands "6x4", "6x4in", "152.4x101.6mm"; without a unit both are tried, inches first.
+/// Understands "6x4", "6x4in", "152.4x101.6mm", "15x10cm", also with X or the times sign, with blanks, and as
+/// the printer's list has it; without a unit inches are tried first, then millimetres.
 /// @return none when the text is no size.
 std::optional<WantedSize> parseSize(const std::string& text);
 
@@ -33,6 +34,7 @@ struct Sheet {
 };
 
 /// The first offered size that is the wanted one, within half a millimetre and whichever side is named first.
+/// The trade's names in centimetres are rounded: with these the nearest 3.5 mm count as well.
 std::optional<Sheet> findSheet(const std::vector<MediaSize>& offered, const WantedSize& wanted);
 
 /// The offered size whose proportions come closest to those of a picture, which may be turned for it. A fixed
@@ -40,6 +42,10 @@ std::optional<Sheet> findSheet(const std::vector<MediaSize>& offered, const Want
 /// @param ratio the picture's width divided by its height.
 /// @return none when nothing is offered.
 std::optional<Sheet> suitableSheet(const std::vector<MediaSize>& offered, double ratio);
+
+/// The wanted size itself, for a page without a printer; without a unit it is in inches when both sides are
+/// below 30.
+Sheet sheetOf(const WantedSize& wanted);
 
 /// Dots of a length at the printer's 300 dots per inch.
 uint32_t dotsOf(uint32_t hundredths);

@@ -1,10 +1,11 @@
-#include <zprusb_text.h>
+#include <zprusb.h>
 
 #include <ctime>
 
 #include "commands.h"
 #include "failure.h"
 #include "printer.h"
+#include "result_text.h"
 #include "system.h"
 #include "view.h"
 
@@ -27,7 +28,7 @@ uint16_t statusOf(Printer& printer, const std::optional<uint16_t>& last) {
 std::string wordsOf(uint16_t code) {
     if (code == ZPRUSB_SUCCESS) return "ready";
     if (code == ZPRUSB_NO_PRINTER) return "unplugged";
-    return "not ready, code " + std::to_string(code) + ": " + zprusb_resultWords(code).meaning;
+    return "not ready, code " + std::to_string(code) + ": " + resultWords(code).meaning;
 }
 
 std::string now(const char* format) {
@@ -42,7 +43,7 @@ View viewOf(uint8_t printer, uint16_t code) {
              {"connected", code != ZPRUSB_NO_PRINTER},
              {"ready", code == ZPRUSB_SUCCESS},
              {"code", code},
-             {"meaning", zprusb_resultWords(code).meaning}},
+             {"meaning", resultWords(code).meaning}},
             now("%H:%M:%S") + "  printer " + std::to_string(printer) + ": " + wordsOf(code) + "\n"};
 }
 

@@ -5,6 +5,9 @@
 #include <signal.h>
 #include <unistd.h>
 
+#include <climits>
+#include <cstdlib>
+
 namespace tool {
 namespace {
 
@@ -24,7 +27,11 @@ std::string pathForLibrary(const std::string& utf8) {
     return utf8;
 }
 
-void useUtf8Console() {}
+void prepareOutput() {
+    signal(SIGPIPE, SIG_IGN);
+}
+
+void makeInputBinary() {}
 
 bool isTerminal(std::FILE* stream) {
     return isatty(fileno(stream)) == 1;

@@ -1,5 +1,7 @@
 #include "system.h"
+#include "library_file.h"
 
+#include <fcntl.h>
 #include <io.h>
 #include <windows.h>
 // shellapi.h needs windows.h before it.
@@ -69,11 +71,37 @@ std::string pathForLibrary(const std::string& utf8) {
     const std::wstring path = wide(utf8);
     if (const auto whole = legacy(path)) return *whole;
     if (const auto abbreviated = legacy(shortName(path))) return *abbreviated;
-    throw WrongUsage("'" + utf8 + "' has characters that the library can't open; rename the file.");
+    throw UnusableFile("'" + utf8 + "' has characters that the library can't open; rename the file.");
 }
 
-void useUtf8Console() {
+void prepareOutput() {
     SetConsoleOutputCP(CP_UTF8);
+}
+
+std::string fileOfLibrary() {
+    std::wstring file(32768, L'\0');
+    const DWORD length = GetModuleFileNameW(GetModuleHandleW(L"RQX5820usb.dll"), file.data(), 32768);
+    file.resize(length);
+    return utf8(file.c_str());
+}
+
+std::string libraryFileName(const std::string& name) {
+    return name + ".dll";
+}
+
+void* loadLibrary(const std::string& path, std::string& error) {
+    const HMODULE library = LoadLibraryExW(wide(path).c_str(), nullptr,
+                                           LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_DEFAULT_DIRS);
+    if (library == nullptr) error = "Windows error " + std::to_string(GetLastError());
+    return library;
+}
+
+void* findSymbol(void* library, const char* name) {
+    return reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(library), name));
+}
+
+void makeInputBinary() {
+    _setmode(_fileno(stdin), _O_BINARY);
 }
 
 bool isTerminal(std::FILE* stream) {
@@ -86,6 +114,7 @@ void noteInterruption() {
 }
 
 bool interruptedWithin(std::chrono::milliseconds time) {
+    if (interruption == nullptr) Sleep(static_cast<DWORD>(time.count()));
     return WaitForSingleObject(interruption, static_cast<DWORD>(time.count())) == WAIT_OBJECT_0;
 }
 

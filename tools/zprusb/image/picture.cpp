@@ -18,24 +18,40 @@ struct Placement {
     float left, top, right, bottom;
 };
 
-Placement filling(const Picture& picture, Extent page) {
+Placement filling(const Picture& picture, Extent page, const Gravity& gravity) {
     const double scale = std::max(static_cast<double>(page.width) / picture.width,
                                   static_cast<double>(page.height) / picture.height);
-    const auto cutX = static_cast<float>((1 - page.width / (picture.width * scale)) / 2);
-    const auto cutY = static_cast<float>((1 - page.height / (picture.height * scale)) / 2);
-    return {0, 0, page, cutX, cutY, 1 - cutX, 1 - cutY};
+    const double keptX = page.width / (picture.width * scale), keptY = page.height / (picture.height * scale);
+    const double cutX = (1 - keptX) * gravity.across, cutY = (1 - keptY) * gravity.down;
+    return {0,
+            0,
+            page,
+            static_cast<float>(cutX),
+            static_cast<float>(cutY),
+            static_cast<float>(cutX + keptX),
+            static_cast<float>(cutY + keptY)};
 }
 
 uint32_t scaledSide(uint32_t side, double scale, uint32_t limit) {
     return std::clamp(static_cast<uint32_t>(std::lround(side * scale)), 1u, limit);
 }
 
-Placement fitting(const Picture& picture, Extent page) {
+uint32_t share(uint32_t space, double part) {
+    return static_cast<uint32_t>(space * part);
+}
+
+Placement fitting(const Picture& picture, Extent page, const Gravity& gravity) {
     const double scale = std::min(static_cast<double>(page.width) / picture.width,
                                   static_cast<double>(page.height) / picture.height);
     const Extent size{scaledSide(picture.width, scale, page.width),
                       scaledSide(picture.height, scale, page.height)};
-    return {(page.width - size.width) / 2, (page.height - size.height) / 2, size, 0, 0, 1, 1};
+    return {share(page.width - size.width, gravity.across),
+            share(page.height - size.height, gravity.down),
+            size,
+            0,
+            0,
+            1,
+            1};
 }
 
 /// Scales in linear light, so that fine patterns keep their brightness. The filter leaves a picture that has
@@ -81,11 +97,22 @@ Picture turned(const Picture& picture, Turn turn) {
     return result;
 }
 
-Picture laidOut(const Picture& picture, Extent page, Scaling scaling) {
-    if (suitsBetterTurned({picture.width, picture.height}, page))
-        return laidOut(turned(picture, quarterClockwise), page, scaling);
+Picture laidOut(const Picture& picture, Extent page, Layout layout) {
+    if (!layout.quarters) layout.quarters = suitsBetterTurned({picture.width, picture.height}, page) ? 1u : 0u;
+    if (*layout.quarters > 0) {
+        --*layout.quarters;
+        layout.gravity = {1 - layout.gravity.down, layout.gravity.across};
+        return laidOut(turned(picture, quarterClockwise), page, layout);
+    }
     Picture result{page.width, page.height, Bytes(size_t{page.width} * page.height * channels, 0xFF)};
-    draw(picture, scaling == Scaling::fill ? filling(picture, page) : fitting(picture, page), result);
+    const uint32_t border = layout.border;
+    if (2 * border >= std::min(page.width, page.height)) return result;
+    const Extent inner{page.width - 2 * border, page.height - 2 * border};
+    Placement place = layout.scaling == Scaling::fill ? filling(picture, inner, layout.gravity)
+                                                      : fitting(picture, inner, layout.gravity);
+    place.x += border;
+    place.y += border;
+    draw(picture, place, result);
     return result;
 }
 

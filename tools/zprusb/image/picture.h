@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include "bytes.h"
 
@@ -32,12 +33,26 @@ constexpr Turn quarterClockwise = {true, true, false};
 Picture turned(const Picture& picture, Turn turn);
 
 enum class Scaling {
-    fill,  ///< the picture covers the page; what doesn't fit is cut off on both sides alike
-    fit,   ///< the whole picture is on the page, in the middle, with white margins
+    fill,  ///< the picture covers the page; what doesn't fit is cut off
+    fit,   ///< the whole picture is on the page, with white margins
 };
 
-/// The page with the picture on it, turned by a quarter when it then suits the page better.
+/// Which part of the upright picture is kept, or where it lies on a page that it doesn't fill: 0 is left or
+/// top, 1 right or bottom.
+struct Gravity {
+    double across = 0.5;
+    double down = 0.5;
+};
+
+struct Layout {
+    Scaling scaling = Scaling::fill;
+    Gravity gravity{};
+    std::optional<unsigned> quarters{};  // turns clockwise; none: as it suits the page
+    uint32_t border = 0;                 // white, on each side, in dots
+};
+
+/// The page with the picture on it; with a border so wide that nothing is left, it is white.
 /// @throws std::bad_alloc
-Picture laidOut(const Picture& picture, Extent page, Scaling scaling);
+Picture laidOut(const Picture& picture, Extent page, Layout layout);
 
 }  // namespace tool

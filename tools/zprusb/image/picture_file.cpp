@@ -77,7 +77,7 @@ Picture decode(const std::string& path, ByteView content) {
 }  // namespace
 
 Picture loadPicture(const std::string& path) {
-    const Bytes content = readFile(path, largestFile);
+    const Bytes content = path == "-" ? readInput(largestFile) : readFile(path, largestFile);
     checkKind(path, content);
     const Turn turn = turnOfExif(content);
     Picture picture = decode(path, content);

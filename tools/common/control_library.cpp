@@ -1,0 +1,94 @@
+#include "control_library.h"
+
+#include <zprusb.h>
+
+#include <algorithm>
+#include <cctype>
+#include <string_view>
+
+#include "library_file.h"
+#include "platform/named_mutex.h"
+#include "system.h"
+
+namespace tool {
+namespace {
+
+constexpr uint64_t noDevice = ~uint64_t{0};
+constexpr size_t nameCapacity = 1024;
+constexpr size_t prefixOfPath = 4;              // left out of the name of the reservation
+constexpr uint32_t exchangeMilliseconds = 500;  // a program that only asks something lets go within
+constexpr std::string_view kind = "usb#vid_5a2c&pid_0012";
+
+template <class Function>
+Function* functionOf(void* library, const char* name) {
+    return reinterpret_cast<Function*>(findSymbol(library, name));
+}
+
+std::string nameOf(void* library, uint64_t device) {
+    const auto read = functionOf<uint32_t(uint64_t, char*)>(library, "SDKUsb_GetDeviceName");
+    char name[nameCapacity] = {};
+    if (read == nullptr || read(device, name) != 1) return "";
+    name[nameCapacity - 1] = '\0';
+    return name;
+}
+
+bool isPrinter(const std::string& path) {
+    return path.size() > prefixOfPath && std::string_view(path).substr(prefixOfPath).starts_with(kind);
+}
+
+}  // namespace
+
+std::string controlLibraryFile() {
+    const std::string library = fileOfLibrary();
+    return library.substr(0, library.find_last_of("/\\") + 1) + libraryFileName("RQX5820UsbCtrl");
+}
+
+std::string serialIn(const std::string& path) {
+    const size_t start = path.find('#', path.find('#') + 1);
+    if (start == std::string::npos) return "";
+    return path.substr(start + 1, path.find('#', start + 1) - start - 1);
+}
+
+std::string serialOf(uint8_t printer) {
+    std::string error;
+    void* library = loadLibrary(controlLibraryFile(), error);
+    return library == nullptr ? "" : serialIn(nameOf(library, printer));
+}
+
+std::vector<Device> connectedPrinters() {
+    std::string error;
+    std::vector<Device> devices;
+    void* library = loadLibrary(controlLibraryFile(), error);
+    if (library == nullptr) return devices;
+    const auto open = functionOf<uint64_t(uint32_t)>(library, "SDKUsb_Open");
+    const auto close = functionOf<void(uint64_t)>(library, "SDKUsb_Close");
+    if (open == nullptr || close == nullptr) return devices;
+    for (uint32_t number = 0; number < ZPRUSB_MAX_PRINTERS; ++number) {
+        const uint64_t device = open(number);
+        if (device == noDevice) continue;
+        const std::string path = nameOf(library, device);
+        if (isPrinter(path)) devices.push_back({device, path});
+        close(device);
+    }
+    return devices;
+}
+
+Use useOf(const Device& device) {
+    platform::NamedMutex* mutex = platform::openNamedMutex(device.path.c_str() + prefixOfPath);
+    const platform::MutexWait wait = platform::waitForNamedMutex(mutex, exchangeMilliseconds);
+    const bool obtained = wait == platform::MutexWait::obtained || wait == platform::MutexWait::abandoned;
+    if (obtained) platform::releaseNamedMutex(mutex);
+    platform::closeNamedMutex(mutex);
+    switch (wait) {
+        case platform::MutexWait::obtained:
+            return Use::none;
+        case platform::MutexWait::abandoned:
+            return Use::leftByKilled;
+        case platform::MutexWait::timedOut:
+            return Use::inUse;
+        default:
+            return Use::unknown;
+    }
+}
+
+}  // namespace tool
