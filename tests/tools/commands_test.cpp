@@ -130,6 +130,37 @@ TEST_F(Commands, AFileThatIsNoGoodPictureIsRefusedInOneSentence) {
     }
 }
 
+TEST_F(Commands, NamesOfPrintersCantMoveTheCursorOrTurnTheText) {
+    simulate(R"({"printers": [{"uniqueString": "a\u001b[2Jb\u009bc\u202edä"}]})");
+    EXPECT_EQ(run("zprusb list").out, "0  a?[2Jb?c?dä\n");
+    EXPECT_EQ(json("zprusb list")["printers"][0]["name"], "a?[2Jb?c?dä");
+}
+
+TEST_F(Commands, TheDoctorTellsWhatIsWrongAndWhatHelps) {
+    const std::tuple<const char*, const char*, int> defects[] = {
+        {R"({})", "", 0},
+        {R"({"printers": []})", "code 1004", 5},
+        {R"({"printers": [{"condition": "out of media"}]})", "code 2103", 1},
+        {R"({"faults": [{"command": "GetMediaInfo", "action": "short", "bytes": 10, "occurrence": "every"}]})",
+         "code 2600", 1}};
+    for (const auto& [setup, found, status] : defects) {
+        simulate(setup);
+        const Outcome outcome = run("zprusb doctor --json");
+        EXPECT_EQ(outcome.status, status) << setup;
+        const Json report = Json::parse(outcome.out);
+        EXPECT_EQ(report["healthy"], status == 0);
+        for (const Json& finding : report["findings"]) {
+            if (finding["good"]) continue;
+            EXPECT_TRUE(contains(finding["found"], found));
+            EXPECT_NE(finding["remedy"], "");
+        }
+    }
+    const std::string words = R"({"2103": {"meaning": "No paper.", "remedy": "Fill in paper."}})";
+    write("words.json", Bytes(words.begin(), words.end()));
+    simulate(R"({"printers": [{"condition": "out of media"}]})");
+    EXPECT_TRUE(contains(run("zprusb status --words words.json").err, "code 2103: No paper. Fill in paper."));
+}
+
 TEST_F(Commands, HelpAndVersionNeedNoPrinter) {
     simulate(R"({"printers": []})");
     EXPECT_TRUE(run("zprusb --version").out.starts_with("zprusb 0."));

@@ -75,7 +75,8 @@ TEST_F(Print, TheSizeIsTheNamedOneOrTheOneThatSuitsThePictureBest) {
                  {300, 200, "--size 2x3", 242, 600, 900},
                  {300, 200, "--size 76x51mm", 241, 900, 600},
                  {300, 200, "--size 50.8x76.2", 242, 600, 900},
-                 {300, 200, "--size 3x3in", 243, 900, 900},
+                 {300, 200, "--size 3X3in", 243, 900, 900},
+                 {300, 200, "--size 5×7.5cm", 242, 600, 900},
                  {300, 200, "--size 100x25.4", 16, 300, 1181},
                  {300, 200, "--size 1x4 --long 0", 16, 300, 1200},
                  {300, 200, "--size 1x4 --long 2", 16, 300, 300}};
@@ -120,6 +121,10 @@ TEST_F(Print, FillingCutsBothSidesAlikeAndFittingLeavesWhiteMargins) {
     const Picture cut = pageOf(png(stripe), "--size 3x3");
     EXPECT_EQ(colourAt(cut, 3, 50), 'W');
     EXPECT_EQ(colourAt(cut, 97, 50), 'W');
+
+    EXPECT_EQ(coloursOf(pageOf(wide, "--size 3x3 --gravity right")), "GGBB");
+    EXPECT_EQ(coloursOf(pageOf(wide, "--size 3x3 --gravity left --rotate 180")), "RRRR");
+    EXPECT_EQ(colourAt(pageOf(wide, "--size 3x3 --border 5"), 4, 50), 'W');
 
     const Picture fitted = pageOf(wide, "--size 3x3 --fit");
     EXPECT_EQ(coloursOf(fitted), "WWWW");

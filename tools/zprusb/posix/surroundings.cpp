@@ -4,12 +4,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cctype>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-
-#include "file.h"
-#include "system.h"
 
 namespace tool {
 namespace {
@@ -34,16 +33,15 @@ std::string padded3(const std::string& number) {
     return std::string(number.size() < 3 ? 3 - number.size() : 0, '0') + number;
 }
 
-/// Whether a process has the file of a reservation open.
-bool holds(const fs::path& process, const std::string& lockFile) {
+/// Whether a process has locked the file. It is known by its number: the name may be newer than the open file.
+bool holds(const fs::path& process, const fs::path& lockFile) {
     std::error_code error;
-    for (const auto& descriptor : fs::directory_iterator(process / "fd", error))
-        if (fs::read_symlink(descriptor.path(), error).string().starts_with(lockFile) &&
-            !lineOf(process / "fdinfo" / descriptor.path().filename()).empty()) {
-            std::ifstream info(process / "fdinfo" / descriptor.path().filename());
-            for (std::string line; std::getline(info, line);)
-                if (line.starts_with("lock:")) return true;
-        }
+    for (const auto& descriptor : fs::directory_iterator(process / "fd", error)) {
+        if (!fs::equivalent(descriptor.path(), lockFile, error)) continue;
+        std::ifstream info(process / "fdinfo" / descriptor.path().filename());
+        for (std::string line; std::getline(info, line);)
+            if (line.starts_with("lock:")) return true;
+    }
     return false;
 }
 
@@ -88,17 +86,15 @@ std::vector<UsbDevice> usbPrinters() {
 }
 
 std::string userOf(const std::string& devicePath) {
-    const size_t start = devicePath.find("vid_");
+    constexpr size_t telling = 40;  // kind and serial; the file's name has no more than safe letters of them
+    std::string safe = devicePath.substr(std::min(devicePath.find("vid_"), devicePath.size()), telling);
+    std::ranges::replace_if(
+        safe, [](unsigned char c) { return std::isalnum(c) == 0 && c != '-' && c != '_'; }, '_');
     std::error_code error;
     for (const auto& lock : fs::directory_iterator(lockFolder().path, error)) {
-        const std::string name = lock.path().string();
-        std::string safe = devicePath.substr(start, 40);
-        for (char& letter : safe)
-            if (isalnum(static_cast<unsigned char>(letter)) == 0 && letter != '-' && letter != '_')
-                letter = '_';
-        if (name.find(safe) == std::string::npos) continue;
+        if (lock.path().string().find(safe) == std::string::npos) continue;
         for (const auto& process : fs::directory_iterator("/proc", error))
-            if (holds(process.path(), name))
+            if (holds(process.path(), lock.path()))
                 return "process " + process.path().filename().string() + " (" +
                        lineOf(process.path() / "comm") + ")";
     }
