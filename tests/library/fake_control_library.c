@@ -31,8 +31,10 @@ uint32_t SDKUsb_CheckDevice(uint64_t device) {
 }
 
 /* Those that the library only looks for. */
-#define UNUSED(name) \
-    uint32_t SDKUsb_##name(void) { return 0; }
+#define UNUSED(name)               \
+    uint32_t SDKUsb_##name(void) { \
+        return 0;                  \
+    }
 UNUSED(OpenEx)
 UNUSED(GetDeviceHandle)
 UNUSED(AbortPipe)
