@@ -122,7 +122,8 @@ std::vector<uint32_t> simulatingProcesses() {
         if (lives && askProcess(process, R"({"do": "show"})")) processes.push_back(process);
     }
     std::ranges::sort(processes);
-    processes.erase(std::ranges::unique(processes).begin(), processes.end());
+    const auto repeated = std::ranges::unique(processes);
+    processes.erase(repeated.begin(), repeated.end());
     return processes;
 }
 
