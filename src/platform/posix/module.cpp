@@ -37,7 +37,8 @@ bool isPartOfExecutable(const Dl_info& own) {
 }  // namespace
 
 void loadFromFolder(const char* folder) {
-    if (std::strlen(folder) < sizeof ownFolder) std::strcpy(ownFolder, folder);
+    const size_t size = std::strlen(folder) + 1;
+    if (size <= sizeof ownFolder) std::memcpy(ownFolder, folder, size);
 }
 
 ModuleHandle loadBesideThisLibrary(const char* name) {
