@@ -111,7 +111,7 @@ struct Allocations : Campaign {
         failEach(once);
         const unsigned resources = test::resourceCount();
         failEach(once);
-        EXPECT_TRUE(resourcesFallTo(resources));
+        EXPECT_TRUE(test::resourcesFallTo(resources));
     }
 
     const std::filesystem::path firmware = folder.path / "firmware";

@@ -50,14 +50,6 @@ bool isDocumented(uint16_t code) {
     return std::string_view(zprusb_resultWords(code).name) != "UNKNOWN";
 }
 
-bool resourcesFallTo(unsigned count) {
-    constexpr unsigned systemsOwn = 2;
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-    while (test::resourceCount() > count + systemsOwn && std::chrono::steady_clock::now() < end)
-        std::this_thread::yield();
-    return test::resourceCount() <= count + systemsOwn;
-}
-
 void connectPrinters(unsigned count, const fs::path& folder, bool shared, unsigned patience) {
     Json printers = Json::array();
     for (unsigned i = 0; i < count; ++i) {

@@ -28,10 +28,6 @@ std::chrono::milliseconds longestPage();
 
 bool isDocumented(uint16_t code);
 
-/// Whether the process gets down to so many files and threads. A thread that has ended may be a moment in the
-/// system's books yet, and the system has one or two of its own that come and go.
-bool resourcesFallTo(unsigned count);
-
 /// Makes so many new printers, all closed, that print into the folder.
 /// @param shared whether they are those of all processes that say the same, and not the process's own.
 /// @param patience after so many seconds without data a printer gives a page up.

@@ -192,5 +192,5 @@ TEST_F(Processes, neverHaveAPrinterTogetherHoweverOftenTheyAreKilled) {
         EXPECT_EQ(printPage(1, &code), 1u) << code;
     }
     zprusb_close();
-    EXPECT_TRUE(resourcesFallTo(resources));
+    EXPECT_TRUE(test::resourcesFallTo(resources));
 }

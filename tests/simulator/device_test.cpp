@@ -60,8 +60,7 @@ TEST_F(Devices, LeaveNothingBehindWhenTheyAreClosed) {
     use(1);
     const unsigned before = resourceCount();
     use(100);
-    // Threads that were waited for may be a moment in the system's books yet.
-    while (resourceCount() > before + 2) std::this_thread::yield();
+    EXPECT_TRUE(resourcesFallTo(before));
 }
 
 TEST_F(Devices, RememberWhatHappenedBeforeTheyWereClosed) {

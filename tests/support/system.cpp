@@ -1,5 +1,7 @@
 #include "support/system.h"
 
+#include <chrono>
+#include <thread>
 #include <utility>
 
 namespace test {
@@ -11,6 +13,16 @@ void closeOnce(platform::PipeHandle& end) {
 }
 
 }  // namespace
+
+bool resourcesFallTo(unsigned count) {
+    constexpr unsigned systemsOwn = 2;
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    while (resourceCount() > count + systemsOwn) {
+        if (std::chrono::steady_clock::now() > end) return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    return true;
+}
 
 Pipe::~Pipe() {
     closeReader();

@@ -29,6 +29,10 @@ bool isLoaded(const std::filesystem::path& library);
 /// How many files, sockets, windows' handles or threads the process has.
 unsigned resourceCount();
 
+/// Whether the process gets down to so many. A thread that has ended may be a moment in the system's books yet,
+/// and the system has one or two of its own that come and go.
+bool resourcesFallTo(unsigned count);
+
 /// A handle that reads successfully, and nothing.
 platform::PipeHandle openNothing();
 
