@@ -347,6 +347,7 @@ enum zprusb_mediaRule {
 
 /// Sizes and limits.
 enum zprusb_size {
+    ZPRUSB_DOTS_PER_INCH = 300,      ///< Of a page, in both directions.
     ZPRUSB_MAX_OBJECTS = 100,        ///< Objects that zprusb_MakeObject() makes at most.
     ZPRUSB_MAX_PRINTERS = 128,       ///< Bytes of the list of zprusb_listupPrinter().
     ZPRUSB_LABEL_SIZE = 23,          ///< Bytes of one printer label, not terminated.
@@ -596,9 +597,9 @@ ZPRUSB_API uint32_t zprusb_startpage(uint16_t* pageId, uint16_t* resultCode);
 ZPRUSB_API uint32_t zprusb_startpagelong(uint16_t* pageId, uint8_t sectionIndex, uint16_t* resultCode);
 
 /// Sends image data of the started page, in as many calls as the caller likes. They go out as they are: the
-/// library neither counts them nor checks that a page was started. How many bytes a page has, at how many
-/// dots per inch, and how they make up its pixels, the printer's manual says. The simulator and the tools take
-/// width x length at 300 dots per inch, 8-bit RGB, row by row.
+/// library neither counts them nor checks that a page was started. How many bytes a page has, and how they make
+/// up its pixels, the printer's manual says. The simulator and the tools take width x length at 300 dots per inch
+/// (::ZPRUSB_DOTS_PER_INCH), 8-bit RGB, row by row.
 /// @param data the bytes. Null gives 1006 unless the length is 0.
 /// @param length number of bytes; not changed. 0: nothing is sent, 0 is returned and no code is written. Null
 ///        gives 1006.

@@ -30,13 +30,13 @@ const test::Role holder("hold-mutex", [](const std::string& name) {
     return released ? 0 : 1;
 });
 
-/// Has the mutex nearly all the time until its input ends.
+/// Has the mutex nearly all the time until its input ends, and asks without waiting first.
 const test::Role greedyHolder("hold-mutex-again", [](const std::string& name) {
     NamedMutex* mutex = openNamedMutex(name.c_str());
     std::atomic<bool> ended{false};
     std::jthread user([&] {
         while (!ended) {
-            waitForNamedMutex(mutex, forever);
+            if (waitForNamedMutex(mutex, 0) == MutexWait::timedOut) waitForNamedMutex(mutex, forever);
             sleepMilliseconds(20);
             releaseNamedMutex(mutex);
         }

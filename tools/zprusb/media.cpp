@@ -146,7 +146,7 @@ Sheet sheetOf(const WantedSize& wanted) {
 }
 
 uint32_t dotsOf(uint32_t hundredths) {
-    return static_cast<uint32_t>(std::lround(hundredths * 300.0 / hundredthsPerInch));
+    return static_cast<uint32_t>(std::lround(hundredths * double{ZPRUSB_DOTS_PER_INCH} / hundredthsPerInch));
 }
 
 }  // namespace tool

@@ -47,7 +47,7 @@ std::optional<Sheet> suitableSheet(const std::vector<MediaSize>& offered, double
 /// below 30.
 Sheet sheetOf(const WantedSize& wanted);
 
-/// Dots of a length at the printer's 300 dots per inch.
+/// Dots of a length in 1/100 mm.
 uint32_t dotsOf(uint32_t hundredths);
 
 }  // namespace tool

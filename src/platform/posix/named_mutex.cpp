@@ -155,15 +155,20 @@ bool waitForTurn(NamedMutex& mutex, Moment limit) REQUIRES(registry) {
 }
 
 // Among the processes: without it, who has just released is always faster than who is woken by that.
-void standBack(NamedMutex& mutex, Moment limit) REQUIRES(registry) {
-    if (now() >= mutex.standBackUntil || now() < mutex.stubbornUntil) return;
-    const Moment end = std::min(mutex.standBackUntil, limit);
-    while (now() < end && isDueToAnother(mutex.file)) {
+// False when another one is still to be first at the limit.
+bool standBack(NamedMutex& mutex, Moment limit) REQUIRES(registry) {
+    if (now() >= mutex.standBackUntil || now() < mutex.stubbornUntil) return true;
+    while (isDueToAnother(mutex.file)) {
+        if (now() >= mutex.standBackUntil) {
+            mutex.stubbornUntil = now() + stubbornness;
+            return true;
+        }
+        if (now() >= limit) return false;
         registry.leave();
-        sleepUntil(std::min(now() + glance, end));
+        sleepUntil(std::min({now() + glance, mutex.standBackUntil, limit}));
         registry.enter();
     }
-    if (now() >= mutex.standBackUntil) mutex.stubbornUntil = now() + stubbornness;
+    return true;
 }
 
 // The kernel can't be asked to wait for the lock up to a moment. It is asked when an owner lets go, and now and
@@ -191,7 +196,7 @@ LockAttempt waitForFile(NamedMutex& mutex, Moment limit) REQUIRES(registry) {
 }
 
 LockAttempt lockFileUntil(NamedMutex& mutex, Moment limit) REQUIRES(registry) {
-    standBack(mutex, limit);
+    if (!standBack(mutex, limit)) return LockAttempt::heldElsewhere;
     const LockAttempt attempt = tryLockFile(mutex.file);
     return attempt == LockAttempt::heldElsewhere && now() < limit ? waitForFile(mutex, limit) : attempt;
 }
