@@ -71,8 +71,9 @@ Refusal busyRefusal(const std::string& remark) {
 }
 
 std::vector<Device> printersInUse() {
-    std::vector<Device> devices = connectedPrinters();
-    std::erase_if(devices, [](const Device& device) { return useOf(device) != Use::inUse; });
+    std::vector<Device> devices = connectedDevices();
+    std::erase_if(devices,
+                  [](const Device& device) { return !device.isPrinter() || useOf(device) != Use::inUse; });
     return devices;
 }
 
