@@ -51,7 +51,8 @@ Identity identify(const Printer& printer) {
 
 std::string modelName() {
     protocol::Payload payload;
-    call([&](uint16_t* code) { return api::call(api::lockFreeFrame, code, readModelName, &payload); });
+    call("readModelName(&payload)",
+         [&](uint16_t* code) { return api::call(api::lockFreeFrame, code, readModelName, &payload); });
     return textOf({payload.bytes.data(), payload.count});
 }
 
