@@ -90,6 +90,8 @@ const Line mistakes[] = {
     {"zprusb-service eeprom write 0 --file empty --yes", "1 to 255 bytes", "", 3},
     {"zprusb-service eeprom restore bytes --yes", "256 bytes of a maintenance memory but 2.", "", 3},
     {"zprusb-service command reset", "The command is: reset KIND."},
+    {"zprusb-service command reset 256 --yes", "'256' is no number from 0 to 255."},
+    {"zprusb-service command moon", "name takes one of flash-led, reset, "},
     {"zprusb-service diagnose", "--results-only"},
     {"zprusb-service identifiers 00", "has 8 bytes, not 1"},
     {R"(zprusb-service tonecurve load "short curve" --curve 1 --yes)", "1535 bytes instead of 1536", "", 3},
