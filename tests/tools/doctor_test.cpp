@@ -100,6 +100,8 @@ const Defect defects[] = {
     {"control library", " lacks SDKUsb_Open, SDKUsb_OpenEx, ", 5,
      [](Installation& d) { d.copy(d.library, d.control); }},
     ofPrinter("printers", "code 1004: ", 5, R"({"printers": []})"),
+    {"printers", "There is no printer 'nobody'. code 1008: ", 5,
+     [](Installation&) { setEnvironment("ZPRUSB_PRINTER", "nobody"); }},
     ofPrinter("condition", "code 2101: ", 1, R"({"printers": [{"condition": "cover open"}]})"),
     ofPrinter("condition", "code 2103: ", 1, R"({"printers": [{}, {"condition": "out of media"}]})"),
     ofPrinter("condition", "code 2306: ", 1,
@@ -137,6 +139,7 @@ TEST_F(Installation, HasDefectsThatTheDoctorTellsApart) {
         fs::remove_all(control);
         copy(kept, control);
         simulate("{}");
+        setEnvironment("ZPRUSB_PRINTER", "");
     }
 }
 

@@ -139,17 +139,15 @@ void examinePrinter(Findings& findings, Printer& printer, uint8_t number) {
     }
 }
 
-void examinePrinters(Findings& findings, const CommonArguments& common) {
+void examinePrinters(Findings& findings, const PrinterChoice& choice) {
     try {
-        Printer printer(common.printer);
+        Printer printer(choice);
         findings.good("printers", counted(printer.all().size(), "printer", "printers"));
         for (const FoundPrinter& found : printer.all()) examinePrinter(findings, printer, found.number);
     } catch (const Refusal& refusal) {
-        if (refusal.code() != ZPRUSB_SUCCESS) {
-            findings.bad("printers", refusal.code(), "");
-        } else {
-            findings.bad("printers", refusal.status(), refusal.what(), "");
-        }
+        const std::string words = refusal.what();
+        findings.bad("printers", refusal.code(), words.substr(0, words.find("code ")));
+        if (!choice.who.empty()) examinePrinters(findings, {"", choice.waitSeconds});  // those that are there
     }
 }
 
@@ -167,7 +165,7 @@ int run(const CommonArguments& common, const DoctorArguments&) {
     } else if (const std::string taken = examineReservations(findings, connectedDevices()); !taken.empty()) {
         findings.skipped("printers", "the search for them would wait for " + taken);
     } else {
-        examinePrinters(findings, common);
+        examinePrinters(findings, common.printer);
     }
     show(findings.view(), common.json);
     return findings.status();
