@@ -9,6 +9,7 @@
 #include <thread>
 
 #include "comparisons.h"
+#include "device/control_library.h"
 #include "device/printer_object.h"
 #include "printers.h"
 
@@ -16,19 +17,9 @@ namespace bench {
 
 namespace {
 
-constexpr const char* controlFunctions[] = {"SDKUsb_Open",
-                                            "SDKUsb_OpenEx",
-                                            "SDKUsb_Close",
-                                            "SDKUsb_GetDeviceHandle",
-                                            "SDKUsb_GetDeviceName",
-                                            "SDKUsb_GetPipeHandle",
-                                            "SDKUsb_ClosePipe",
-                                            "SDKUsb_AbortPipe",
-                                            "SDKUsb_ResetPipe",
-                                            "SDKUsb_CheckDeviceName",
-                                            "SDKUsb_CheckDevice",
-                                            "SDKUsb_ResetDevice",
-                                            "SDKUsb_GetDeviceIDString"};
+#define NAME_OF(member, name) name,
+constexpr const char* controlFunctions[] = {CONTROL_FUNCTIONS(NAME_OF)};
+#undef NAME_OF
 
 void* bindControlLibrary() {
     void* library = dlopen(BENCH_CONTROL_LIBRARY, RTLD_NOW);

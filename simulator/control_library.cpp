@@ -89,4 +89,8 @@ uint32_t SDKUsb_GetDeviceIDString(uint64_t device, char* text) {
         },
         uint32_t{0});
 }
+
+const char* zprusb_controlLibraryKind() {
+    return "the simulator";
+}
 }

@@ -1,4 +1,4 @@
-/// The functions of a control library. A device handle is the device number; all-ones means none.
+/// The functions of a control library, and one more. A device handle is the device number; all-ones means none.
 #pragma once
 
 #include <cstdint>
@@ -35,4 +35,7 @@ uint32_t SDKUsb_CheckDevice(uint64_t device);
 
 /// @param text room for 1024 characters.
 uint32_t SDKUsb_GetDeviceIDString(uint64_t device, char* text);
+
+/// What only this project's own control libraries have: in words, which of them it is.
+const char* zprusb_controlLibraryKind();
 }

@@ -7,15 +7,29 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace simulator {
 
-/// Answers the requests to this process from now on, one after the other in a thread of its own. Does nothing
-/// where the system gives no address: to print does not depend on it.
-void serveOwnProcess(std::function<std::string(const std::string& request)> answer);
+using Answering = std::function<std::string(const std::string& request)>;
+
+/// The address of this process, which it has as long as this lives.
+class Listener {
+public:
+    /// @return null where the system gives none.
+    static std::unique_ptr<Listener> open();
+    virtual ~Listener() = default;
+
+    /// Answers the requests, one after the other, until stopServing() or until the address is lost.
+    virtual void serve(const Answering& answer) = 0;
+};
+
+/// Makes serve() return: the one that is running, or else the next one. Takes no lock, so that a thread can
+/// call it that is ending.
+void stopServing();
 
 /// @return none when the process simulates nothing, belongs to somebody else, or does not answer in time.
 std::optional<std::string> askProcess(uint32_t process, const std::string& request);

@@ -1,8 +1,14 @@
 #include "remote.h"
 
+#include <atomic>
+#include <memory>
+#include <mutex>
+
 #include "json_reader.h"
+#include "local_socket.h"
 #include "simulation.h"
 #include "state.h"
+#include "system.h"
 
 namespace simulator {
 namespace {
@@ -49,7 +55,57 @@ State obey(const std::string& text) {
     throw ConfigurationError("do must be one of show, set, fault, clear faults");
 }
 
+/// The thread that answers, as long as somebody wants it.
+class Server {
+public:
+    static Server& instance() {
+        static auto* const server = new Server;
+        return *server;
+    }
+
+    void want() {
+        const std::lock_guard lock(mutex_);
+        ++wishes_;
+        if (listener_) return;
+        listener_ = Listener::open();
+        try {
+            if (listener_) startThread([this] { serve(); }).detach();
+        } catch (const std::system_error&) {
+            listener_.reset();
+        }
+    }
+
+    /// Takes no lock: a thread that is ending holds one of the system's on Windows, and other threads that end
+    /// wait for that.
+    void wantNoMore() {
+        if (--wishes_ == 0) stopServing();
+    }
+
+private:
+    void serve() {
+        for (;;) {
+            listener_->serve(answerRequest);
+            const std::lock_guard lock(mutex_);
+            listener_.reset();
+            if (wishes_ > 0) listener_ = Listener::open();
+            if (!listener_) return;
+        }
+    }
+
+    std::atomic<size_t> wishes_ = 0;
+    std::mutex mutex_;
+    std::unique_ptr<Listener> listener_;  // as long as the thread lives
+};
+
 }  // namespace
+
+Reachable::Reachable() {
+    Server::instance().want();
+}
+
+Reachable::~Reachable() {
+    Server::instance().wantNoMore();
+}
 
 std::string answerRequest(const std::string& request) {
     try {

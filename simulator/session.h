@@ -10,6 +10,7 @@
 #include "channel.h"
 #include "commands.h"
 #include "printer.h"
+#include "remote.h"
 #include "request_stream.h"
 
 namespace simulator {
@@ -39,6 +40,7 @@ private:
     bool interruptData(const Fault& fault);
     void breakLink(const Fault& fault);
 
+    const Reachable reachable_;
     const std::shared_ptr<Printer> printer_;
     Channel channel_;
     RequestStream input_{channel_};

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "local_socket.h"
 #include "remote.h"
 #include "system.h"
 
@@ -47,7 +46,6 @@ Simulation::Simulation() {
     } catch (const std::exception& error) {
         std::fprintf(stderr, "ZPRUSB_SIMULATOR: %s, so there is no simulated printer.\n", error.what());
     }
-    serveOwnProcess(answerRequest);
 }
 
 void Simulation::build(Configuration configuration) {
@@ -74,6 +72,8 @@ void Simulation::follow(std::vector<TimedChange> timeline) {
 }
 
 DeviceHandle Simulation::open(uint32_t number) {
+    // Until the thread ends: it may open again, and its printers change meanwhile.
+    thread_local const Reachable reachable;
     const std::lock_guard lock(mutex_);
     if (findOpen(number) != nullptr) return number;
     Device* device = find(number);

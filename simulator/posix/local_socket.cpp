@@ -1,5 +1,7 @@
 #include "local_socket.h"
 
+#include <poll.h>
+#include <sys/eventfd.h>
 #include <sys/socket.h>
 #include <sys/time.h>
 #include <unistd.h>
@@ -79,24 +81,50 @@ int makeSocket() {
 /// For the request of a peer, that it may not hold up those behind it; for an answer of one that is busy.
 constexpr time_t requestSeconds = 1, answerSeconds = 30;
 
-}  // namespace
+/// Is readable when serving has to stop. It is never closed, as whoever stops it may be the last to live.
+int bell() {
+    static const int number = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+    return number;
+}
 
-void serveOwnProcess(std::function<std::string(const std::string& request)> answer) {
-    const int listener = makeSocket();
-    const AbstractAddress address = addressOf(static_cast<uint32_t>(getpid()));
-    if (listener < 0 || bind(listener, address.get(), address.size()) != 0 || listen(listener, 8) != 0) {
-        if (listener >= 0) close(listener);
-        return;
-    }
-    startThread([=] {
-        for (;;) {
-            const Socket peer(accept4(listener, nullptr, nullptr, SOCK_CLOEXEC));
+class SocketListener : public Listener {
+public:
+    explicit SocketListener(int number) : listener_(number) {}
+
+    void serve(const Answering& answer) override {
+        while (awaitPeer()) {
+            const Socket peer(accept4(listener_.get(), nullptr, nullptr, SOCK_CLOEXEC));
             // Out of descriptors: whoever asks goes on waiting.
             if (peer.get() < 0) std::this_thread::sleep_for(std::chrono::milliseconds(100));
             if (!peer.isOfOwnUser() || !peer.limitTime(requestSeconds)) continue;
             if (const auto request = peer.receiveLine()) peer.send(answer(*request));
         }
-    }).detach();
+    }
+
+private:
+    bool awaitPeer() const {
+        pollfd ends[] = {{bell(), POLLIN, 0}, {listener_.get(), POLLIN, 0}};
+        poll(ends, 2, -1);
+        eventfd_t rings = 0;
+        return ends[0].revents == 0 || eventfd_read(bell(), &rings) != 0;
+    }
+
+    const Socket listener_;
+};
+
+}  // namespace
+
+std::unique_ptr<Listener> Listener::open() {
+    const int number = makeSocket();
+    const AbstractAddress address = addressOf(static_cast<uint32_t>(getpid()));
+    auto listener = std::make_unique<SocketListener>(number);
+    const bool isGiven =
+        number >= 0 && bind(number, address.get(), address.size()) == 0 && listen(number, 8) == 0;
+    return isGiven ? std::move(listener) : nullptr;
+}
+
+void stopServing() {
+    eventfd_write(bell(), 1);
 }
 
 std::optional<std::string> askProcess(uint32_t process, const std::string& request) {

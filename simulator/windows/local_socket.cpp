@@ -5,7 +5,6 @@
 #include <tlhelp32.h>  // needs the header above
 
 #include <algorithm>
-#include <memory>
 
 #include "handle.h"
 #include "system.h"
@@ -46,16 +45,26 @@ private:
     bool isMade_ = false;
 };
 
+/// Set when serving has to stop. It is never closed, as whoever stops it may be the last to live.
+HANDLE bell() {
+    static const HANDLE event = CreateEventW(nullptr, FALSE, FALSE, nullptr);
+    return event;
+}
+
 /// One end of a pipe whose transfers end in time.
 class PipeEnd {
 public:
     explicit PipeEnd(HANDLE pipe) : pipe_(pipe) {}
 
-    /// For the side that serves. @return false when the pipe can't be used any more.
+    /// For the side that serves. @return false when it has to stop, or the pipe can't be used any more.
     bool awaitPeer() {
         OVERLAPPED operation = started();
         if (ConnectNamedPipe(pipe_.get(), &operation) || GetLastError() == ERROR_PIPE_CONNECTED) return true;
-        return finish(operation, INFINITE).has_value();
+        if (GetLastError() != ERROR_IO_PENDING) return false;
+        const HANDLE events[] = {bell(), finished_.get()};
+        const bool hasPeer = WaitForMultipleObjects(2, events, FALSE, INFINITE) == WAIT_OBJECT_0 + 1;
+        SetLastError(ERROR_IO_PENDING);
+        return finish(operation, 0) && hasPeer;
     }
     void dropPeer() { DisconnectNamedPipe(pipe_.get()); }
 
@@ -108,14 +117,24 @@ private:
 /// For the request of a peer, that it may not hold up those behind it; for an answer of one that is busy.
 constexpr DWORD requestMilliseconds = 1000, answerMilliseconds = 30'000;
 
-void serve(PipeEnd& pipe, const std::function<std::string(const std::string& request)>& answer) {
-    while (pipe.awaitPeer()) {
-        const auto request = pipe.receiveLine(requestMilliseconds);
-        // To disconnect would take the answer away from a peer that has not read it: it closes its end first.
-        if (request && pipe.send(answer(*request), requestMilliseconds)) pipe.receiveLine(requestMilliseconds);
-        pipe.dropPeer();
+class PipeListener : public Listener {
+public:
+    explicit PipeListener(HANDLE pipe) : pipe_(pipe) {}
+
+    void serve(const Answering& answer) override {
+        while (pipe_.awaitPeer()) {
+            const auto request = pipe_.receiveLine(requestMilliseconds);
+            // To disconnect would take the answer away from a peer that has not read it: it closes its end
+            // first.
+            if (request && pipe_.send(answer(*request), requestMilliseconds))
+                pipe_.receiveLine(requestMilliseconds);
+            pipe_.dropPeer();
+        }
     }
-}
+
+private:
+    PipeEnd pipe_;
+};
 
 HANDLE connectTo(uint32_t process) {
     for (;;) {
@@ -128,16 +147,20 @@ HANDLE connectTo(uint32_t process) {
 
 }  // namespace
 
-void serveOwnProcess(std::function<std::string(const std::string& request)> answer) {
+std::unique_ptr<Listener> Listener::open() {
     constexpr DWORD bufferSize = 1 << 16;
     OwnUserOnly access;
-    if (access.get() == nullptr) return;
+    if (access.get() == nullptr) return nullptr;
     const HANDLE pipe = CreateNamedPipeW(
         nameOf(GetCurrentProcessId()).c_str(),
         PIPE_ACCESS_DUPLEX | FILE_FLAG_OVERLAPPED | FILE_FLAG_FIRST_PIPE_INSTANCE,
         PIPE_TYPE_BYTE | PIPE_REJECT_REMOTE_CLIENTS, 1, bufferSize, bufferSize, 0, access.get());
-    if (pipe == INVALID_HANDLE_VALUE) return;
-    startThread([end = std::make_shared<PipeEnd>(pipe), answer] { serve(*end, answer); }).detach();
+    if (pipe == INVALID_HANDLE_VALUE) return nullptr;
+    return std::make_unique<PipeListener>(pipe);
+}
+
+void stopServing() {
+    SetEvent(bell());
 }
 
 std::optional<std::string> askProcess(uint32_t process, const std::string& request) {

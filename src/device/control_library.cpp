@@ -15,19 +15,9 @@ bool resolve(platform::ModuleHandle module, const char* name, Function*& functio
 }
 
 bool resolveAll(ControlLibrary& control) {
-    const platform::ModuleHandle module = control.module;
-    return resolve(module, "SDKUsb_Open", control.open) && resolve(module, "SDKUsb_OpenEx", control.openEx) &&
-           resolve(module, "SDKUsb_Close", control.close) &&
-           resolve(module, "SDKUsb_GetDeviceHandle", control.getDeviceHandle) &&
-           resolve(module, "SDKUsb_GetDeviceName", control.getDeviceName) &&
-           resolve(module, "SDKUsb_GetDeviceIDString", control.getDeviceIdString) &&
-           resolve(module, "SDKUsb_GetPipeHandle", control.getPipeHandle) &&
-           resolve(module, "SDKUsb_ClosePipe", control.closePipe) &&
-           resolve(module, "SDKUsb_AbortPipe", control.abortPipe) &&
-           resolve(module, "SDKUsb_ResetPipe", control.resetPipe) &&
-           resolve(module, "SDKUsb_CheckDeviceName", control.checkDeviceName) &&
-           resolve(module, "SDKUsb_CheckDevice", control.checkDevice) &&
-           resolve(module, "SDKUsb_ResetDevice", control.resetDevice);
+#define IS_RESOLVED(member, name) &&resolve(control.module, name, control.member)
+    return true CONTROL_FUNCTIONS(IS_RESOLVED);
+#undef IS_RESOLVED
 }
 
 // Held while the control library is loaded and unloaded, which takes as long as the system's loader.

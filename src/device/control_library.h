@@ -13,6 +13,22 @@ namespace device {
 using DeviceHandle = uint64_t;
 constexpr DeviceHandle noDevice = ~DeviceHandle{0};
 
+/// The functions of a control library: the member of ControlLibrary, and the name that it exports.
+#define CONTROL_FUNCTIONS(FUNCTION)                     \
+    FUNCTION(open, "SDKUsb_Open")                       \
+    FUNCTION(openEx, "SDKUsb_OpenEx")                   \
+    FUNCTION(close, "SDKUsb_Close")                     \
+    FUNCTION(getDeviceHandle, "SDKUsb_GetDeviceHandle") \
+    FUNCTION(getDeviceName, "SDKUsb_GetDeviceName")     \
+    FUNCTION(getPipeHandle, "SDKUsb_GetPipeHandle")     \
+    FUNCTION(closePipe, "SDKUsb_ClosePipe")             \
+    FUNCTION(abortPipe, "SDKUsb_AbortPipe")             \
+    FUNCTION(resetPipe, "SDKUsb_ResetPipe")             \
+    FUNCTION(checkDeviceName, "SDKUsb_CheckDeviceName") \
+    FUNCTION(checkDevice, "SDKUsb_CheckDevice")         \
+    FUNCTION(resetDevice, "SDKUsb_ResetDevice")         \
+    FUNCTION(getDeviceIdString, "SDKUsb_GetDeviceIDString")
+
 /// The printer maker's control library, which owns the USB stack. All of its functions have to be there, also
 /// those that are not called.
 struct ControlLibrary {

@@ -53,23 +53,34 @@ TEST_F(Configurations, SayWhatHappensWhen) {
     while (state()["plugged"].get<bool>()) std::this_thread::yield();
 }
 
+int runTool(std::vector<std::string> words) {
+    words.insert(words.begin(), {"--process", std::to_string(platform::currentProcessId())});
+    test::ChildProcess process(ownProgram().parent_path() / programFile("zprusb-simulator"), words);
+    process.closeInput();
+    return process.exitStatus();
+}
+
 TEST_F(Configurations, AreChangedFromOtherProcesses) {
-    const auto tool = [](std::vector<std::string> words) {
-        words.insert(words.begin(), {"--process", std::to_string(platform::currentProcessId())});
-        test::ChildProcess process(ownProgram().parent_path() / programFile("zprusb-simulator"), words);
-        process.closeInput();
-        return process.exitStatus();
-    };
     const Host host;
-    EXPECT_EQ(tool({"show"}), 0);
-    EXPECT_EQ(tool({"set", "condition=device error", "errorGroup=6"}), 0);
+    EXPECT_EQ(runTool({"show"}), 0);
+    EXPECT_EQ(runTool({"set", "condition=device error", "errorGroup=6"}), 0);
     EXPECT_EQ(host.ask(getStatus), changed(success(Bytes(48), 0x11), {{2, 6}}));
-    EXPECT_EQ(tool({"fault", "command=GetStatus", "action=error", "number=5", "occurrence=every"}), 0);
+    EXPECT_EQ(runTool({"fault", "command=GetStatus", "action=error", "number=5", "occurrence=every"}), 0);
     EXPECT_EQ(host.ask(getStatus), refusal(5, 0, 0, 0x11));
-    EXPECT_EQ(tool({"fault", "--clear"}), 0);
-    EXPECT_EQ(tool({"set", "condition=ready", "plugged=false"}), 0);
+    EXPECT_EQ(runTool({"fault", "--clear"}), 0);
+    EXPECT_EQ(runTool({"set", "condition=ready", "plugged=false"}), 0);
     EXPECT_FALSE(host.isPresent());
-    EXPECT_EQ(tool({"set", "condition=tired"}), 2);
+    EXPECT_EQ(runTool({"set", "condition=tired"}), 2);
+}
+
+TEST_F(Configurations, AreChangedFromOutsideAsLongAsSomebodyMayOpenThePrinters) {
+    for (int i = 0; i < 2; ++i) {
+        std::thread([] {
+            Host().close();
+            EXPECT_EQ(runTool({"show"}), 0) << "a thread lives that has opened a printer";
+        }).join();
+        while (runTool({"show"}) == 0) std::this_thread::yield();
+    }
 }
 
 TEST_F(Configurations, SayAllThatAPrinterIs) {

@@ -136,25 +136,7 @@ TEST_F(Commands, NamesOfPrintersCantMoveTheCursorOrTurnTheText) {
     EXPECT_EQ(json("zprusb list")["printers"][0]["name"], "a?[2Jb?c?dä");
 }
 
-TEST_F(Commands, TheDoctorTellsWhatIsWrongAndWhatHelps) {
-    const std::tuple<const char*, const char*, int> defects[] = {
-        {R"({})", "", 0},
-        {R"({"printers": []})", "code 1004", 5},
-        {R"({"printers": [{"condition": "out of media"}]})", "code 2103", 1},
-        {R"({"faults": [{"command": "GetMediaInfo", "action": "short", "bytes": 10, "occurrence": "every"}]})",
-         "code 2600", 1}};
-    for (const auto& [setup, found, status] : defects) {
-        simulate(setup);
-        const Outcome outcome = run("zprusb doctor --json");
-        EXPECT_EQ(outcome.status, status) << setup;
-        const Json report = Json::parse(outcome.out);
-        EXPECT_EQ(report["healthy"], status == 0);
-        for (const Json& finding : report["findings"]) {
-            if (finding["good"]) continue;
-            EXPECT_TRUE(contains(finding["found"], found));
-            EXPECT_NE(finding["remedy"], "");
-        }
-    }
+TEST_F(Commands, ADeploymentGivesTheCodesItsOwnWords) {
     const std::string words = R"({"2103": {"meaning": "No paper.", "remedy": "Fill in paper."}})";
     write("words.json", Bytes(words.begin(), words.end()));
     simulate(R"({"printers": [{"condition": "out of media"}]})");

@@ -58,6 +58,8 @@ const Line deeds[] = {
     {"zprusb-service universal 4142 --yes", "41 42 ", "Universal"},
     {"zprusb-service model", "Model     SIMULATED\nName      SIMULATED PRINTER\nSerial    SIMULATED0001P",
      "GetModelName"},
+    {"zprusb-service diagnose-data 3 1 2 --yes", "  0000  03 01 02 01 ", "SelfDiagnosis"},
+    {"zprusb-service identifiers ffffffffffffffff", " selects a printer of model SIMULATED.\n", "GetModelName"},
 };
 
 const Line mistakes[] = {
@@ -88,7 +90,10 @@ const Line mistakes[] = {
     {"zprusb-service eeprom write 0 --file empty --yes", "1 to 255 bytes", "", 3},
     {"zprusb-service eeprom restore bytes --yes", "256 bytes of a maintenance memory but 2.", "", 3},
     {"zprusb-service command reset", "The command is: reset KIND."},
+    {"zprusb-service command reset 256 --yes", "'256' is no number from 0 to 255."},
+    {"zprusb-service command moon", "name takes one of flash-led, reset, "},
     {"zprusb-service diagnose", "--results-only"},
+    {"zprusb-service identifiers 00", "has 8 bytes, not 1"},
     {R"(zprusb-service tonecurve load "short curve" --curve 1 --yes)", "1535 bytes instead of 1536", "", 3},
     {"zprusb-service tonecurve load missing --curve 1 --yes", "does not exist", "", 3},
     {"zprusb-service universal " + std::string(496, '0') + " --yes", "more than 247"},
@@ -125,6 +130,8 @@ TEST_F(Service, MemoryIsReadAsTextAsJsonAndIntoAFile) {
     simulate(R"({"printers": [{"counters": [70]}]})");
     EXPECT_EQ(json("zprusb-service eeprom read 0x60 1"), Json::parse(R"({"address": 96, "bytes": "46"})"));
     EXPECT_EQ(run("zprusb-service eeprom read 0 255 --out memory").out, "Wrote 255 bytes into memory.\n");
+    EXPECT_TRUE(contains(run("zprusb-service eeprom read 9 4 --verbose").err,
+                         "zprusb_getEepromMaintenance(9, out, 4, &code) = 1, code 0, "));
     const std::string all = json("zprusb-service eeprom read 0 255")["bytes"];
     EXPECT_EQ(tool::hexOf(read("memory"), ""), all);
     EXPECT_EQ(run("zprusb-service eeprom read 0x60 8").out,

@@ -69,7 +69,7 @@ ChildProcess Workshop::start(const std::string& line) {
     std::vector<std::string> arguments;
     stream >> program;
     while (stream >> std::quoted(word)) arguments.push_back(word);
-    return {ownProgram().parent_path() / programFile(program), arguments, {folder_, folder_ / "err"}};
+    return {programs / programFile(program), arguments, {folder_, folder_ / "err"}};
 }
 
 Outcome Workshop::run(const std::string& line) {

@@ -52,6 +52,11 @@ protected:
     Picture printedPage(int number);
     Json printedSheet(int number);
 
+    std::filesystem::path folder() const { return folder_; }
+
+    /// Where the programs are that it runs.
+    std::filesystem::path programs = ownProgram().parent_path();
+
 private:
     std::filesystem::path folder_;
 };

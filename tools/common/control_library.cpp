@@ -4,8 +4,10 @@
 
 #include <algorithm>
 #include <cctype>
+#include <filesystem>
 #include <string_view>
 
+#include "device/control_library.h"
 #include "library_file.h"
 #include "platform/named_mutex.h"
 #include "system.h"
@@ -32,15 +34,33 @@ std::string nameOf(void* library, uint64_t device) {
     return name;
 }
 
-bool isPrinter(const std::string& path) {
-    return path.size() > prefixOfPath && std::string_view(path).substr(prefixOfPath).starts_with(kind);
-}
-
 }  // namespace
 
 std::string controlLibraryFile() {
-    const std::string library = fileOfLibrary();
-    return library.substr(0, library.find_last_of("/\\") + 1) + libraryFileName("RQX5820UsbCtrl");
+    const std::vector<std::string> folders = controlFolders();
+    std::filesystem::path file;
+    std::error_code ignored;
+    for (auto folder = folders.rbegin(); folder != folders.rend(); ++folder) {
+        const auto candidate = std::filesystem::path(std::u8string(folder->begin(), folder->end())) /
+                               libraryFileName("RQX5820UsbCtrl");
+        if (file.empty() || std::filesystem::exists(candidate, ignored)) file = candidate;
+    }
+    const std::u8string path = file.u8string();
+    return {path.begin(), path.end()};
+}
+
+std::vector<std::string> functionsLackingIn(void* library) {
+    std::vector<std::string> lacking;
+#define NAME_OF(member, name) name,
+    for (const char* name : {CONTROL_FUNCTIONS(NAME_OF)})
+        if (findSymbol(library, name) == nullptr) lacking.emplace_back(name);
+#undef NAME_OF
+    return lacking;
+}
+
+std::string kindOf(void* library) {
+    const auto kind = functionOf<const char*()>(library, "zprusb_controlLibraryKind");
+    return kind == nullptr ? "the maker's" : kind();
 }
 
 std::string serialIn(const std::string& path) {
@@ -55,7 +75,11 @@ std::string serialOf(uint8_t printer) {
     return library == nullptr ? "" : serialIn(nameOf(library, printer));
 }
 
-std::vector<Device> connectedPrinters() {
+bool Device::isPrinter() const {
+    return path.size() > prefixOfPath && std::string_view(path).substr(prefixOfPath).starts_with(kind);
+}
+
+std::vector<Device> connectedDevices() {
     std::string error;
     std::vector<Device> devices;
     void* library = loadLibrary(controlLibraryFile(), error);
@@ -66,8 +90,7 @@ std::vector<Device> connectedPrinters() {
     for (uint32_t number = 0; number < ZPRUSB_MAX_PRINTERS; ++number) {
         const uint64_t device = open(number);
         if (device == noDevice) continue;
-        const std::string path = nameOf(library, device);
-        if (isPrinter(path)) devices.push_back({device, path});
+        devices.push_back({device, nameOf(library, device)});
         close(device);
     }
     return devices;

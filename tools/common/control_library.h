@@ -11,9 +11,17 @@ namespace tool {
 /// Where the library looks for it: its file's path, in UTF-8.
 std::string controlLibraryFile();
 
+/// The names of the functions that a control library has to have, and that this one has not.
+std::vector<std::string> functionsLackingIn(void* library);
+
+/// Which control library it is, in words: the maker's has nothing that tells.
+std::string kindOf(void* library);
+
 struct Device {
     uint64_t number;
     std::string path;  // the system's name for it
+
+    bool isPrinter() const;
 };
 
 /// A printer's own number, as its device path tells it; empty when that has none.
@@ -22,9 +30,9 @@ std::string serialIn(const std::string& path);
 /// The serial of a printer that the library has opened; empty when it is not to be had.
 std::string serialOf(uint8_t printer);
 
-/// Opens each printer for a moment, so the library must not be open.
+/// What the control library has, printers or not. Opens each for a moment, so the library must not be open.
 /// @return nothing also when there is no control library.
-std::vector<Device> connectedPrinters();
+std::vector<Device> connectedDevices();
 
 enum class Use { none, inUse, leftByKilled, unknown };
 

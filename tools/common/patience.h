@@ -39,6 +39,9 @@ struct Patience {
     std::function<Failure()> interrupted{};  // none: Ctrl-C ends the program as it does elsewhere
 };
 
+/// Of calls that wait for the printer's answers.
+inline const Patience forAnswers = {.what = "the printer's answer"};
+
 /// Calls the library on the thread that makes all its calls, so that the program can go on living when the call
 /// does not come back. Then what was waited for too long is told, and the program ends at once.
 void callPatiently(const Patience& patience, const std::function<void()>& call);

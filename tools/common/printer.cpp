@@ -17,9 +17,6 @@ namespace {
 constexpr auto searchAlone = std::chrono::seconds(10);  // for a search that has nobody to wait for
 constexpr const char* busyPrinter = "a printer that another program is using";
 
-/// Calls that wait for the printer's answers and are limited by the library itself.
-const Patience forAnswers = {.what = "the printer's answer"};
-
 std::vector<FoundPrinter> findPrinters(const Patience& patience) {
     std::array<uint8_t, ZPRUSB_MAX_PRINTERS> numbers;
     std::array<char, size_t{ZPRUSB_MAX_PRINTERS} * ZPRUSB_LABEL_SIZE> labels;
@@ -71,8 +68,9 @@ Refusal busyRefusal(const std::string& remark) {
 }
 
 std::vector<Device> printersInUse() {
-    std::vector<Device> devices = connectedPrinters();
-    std::erase_if(devices, [](const Device& device) { return useOf(device) != Use::inUse; });
+    std::vector<Device> devices = connectedDevices();
+    std::erase_if(devices,
+                  [](const Device& device) { return !device.isPrinter() || useOf(device) != Use::inUse; });
     return devices;
 }
 

@@ -83,6 +83,15 @@ void defineDiagnose(CLI::App& app, Arguments& arguments) {
     diagnose.app->add_flag("--results-only", diagnose->resultsOnly, "Show the results of the last diagnosis");
 }
 
+void defineDiagnoseData(CLI::App& app, Arguments& arguments) {
+    const auto diagnose = addCommand<DiagnoseDataArguments>(
+        app, "diagnose-data", "Start a self-diagnosis with any values and show the data of its answer",
+        arguments);
+    diagnose.app->add_option("kind", diagnose->kind, "Kind of the diagnosis")->required()->check(anyByte);
+    diagnose.app->add_option("p1", diagnose->first, "Its first parameter")->check(anyByte);
+    diagnose.app->add_option("p2", diagnose->second, "Its second parameter")->check(anyByte);
+}
+
 void defineErrorLog(CLI::App& app, Arguments& arguments) {
     const auto log = addCommand<ErrorLogArguments>(app, "errorlog", "Show the printer's error log", arguments);
     log.app->add_flag("--clear", log->clear, "Empty it instead");
@@ -132,13 +141,18 @@ void defineModel(CLI::App& app, Arguments& arguments) {
     addCommand<ModelArguments>(app, "model", "Show model, name, serial and firmware of the printer", arguments);
 }
 
+void defineIdentifiers(CLI::App& app, Arguments& arguments) {
+    const auto identifiers = addCommand<IdentifiersArguments>(
+        app, "identifiers", "List the identifiers of the printers, or see which printer is selected by one",
+        arguments);
+    addBytes(identifiers, identifierSize);
+}
+
 void defineCommand(CLI::App& app, Arguments& arguments) {
     const auto command = addCommand<CommandArguments>(
         app, "command", "Send one command by itself and tell whether an answer came, whatever it says",
         arguments);
-    command.app->add_option("name", command->name, "Which command")
-        ->required()
-        ->check(CLI::IsMember(commandNames()));
+    command.app->add_option("name", command->name, "Which command")->required()->check(oneOf(commandNames()));
     command.app->add_option("values", command->values, "Its values: numbers, bytes in hexadecimal or a text");
 }
 
@@ -170,8 +184,9 @@ std::variant<Arguments, int> parseArguments(std::vector<std::string> words) {
     Arguments arguments;
     defineCommon(app, arguments);
     app.add_flag("--yes", arguments.confirmed, "Change the printer without asking");
-    for (const auto& define : {defineEeprom, defineDiagnose, defineErrorLog, defineToneCurve, defineMaintenance,
-                               defineUniversal, defineRaw, defineModel, defineCommand, defineFirmware})
+    for (const auto& define :
+         {defineEeprom, defineDiagnose, defineDiagnoseData, defineErrorLog, defineToneCurve, defineMaintenance,
+          defineUniversal, defineRaw, defineModel, defineIdentifiers, defineCommand, defineFirmware})
         define(app, arguments);
     if (const auto status = parse(app, std::move(words))) return *status;
     return arguments;

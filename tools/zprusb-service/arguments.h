@@ -41,6 +41,12 @@ struct DiagnoseArguments {
     bool resultsOnly = false;
 };
 
+struct DiagnoseDataArguments {
+    uint8_t kind = 0;
+    uint8_t first = 0;
+    uint8_t second = 0;
+};
+
 struct ErrorLogArguments {
     bool clear = false;
 };
@@ -74,6 +80,12 @@ struct ReadRawArguments {};
 
 struct ModelArguments {};
 
+constexpr size_t identifierSize = 8;
+
+struct IdentifiersArguments {
+    Bytes bytes;  // of the printer to select; empty: list all
+};
+
 struct CommandArguments {
     std::string name;
     std::vector<std::string> values;
@@ -97,10 +109,10 @@ struct FirmwareUpdateArguments {
 struct Arguments : CommonArguments {
     bool confirmed = false;  // what changes the printer is done without asking
     std::variant<EepromReadArguments, EepromWriteArguments, EepromDumpArguments, EepromRestoreArguments,
-                 DiagnoseArguments, ErrorLogArguments, ToneCurveLoadArguments, ToneCurveResetArguments,
-                 MaintenanceDataArguments, MaintenanceSetArguments, UniversalArguments, RawArguments,
-                 ReadRawArguments, ModelArguments, CommandArguments, FirmwareInspectArguments,
-                 FirmwareUpdateArguments>
+                 DiagnoseArguments, DiagnoseDataArguments, ErrorLogArguments, ToneCurveLoadArguments,
+                 ToneCurveResetArguments, MaintenanceDataArguments, MaintenanceSetArguments, UniversalArguments,
+                 RawArguments, ReadRawArguments, ModelArguments, IdentifiersArguments, CommandArguments,
+                 FirmwareInspectArguments, FirmwareUpdateArguments>
         command;
 };
 

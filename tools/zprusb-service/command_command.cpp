@@ -1,5 +1,7 @@
 #include <algorithm>
 #include <charconv>
+#include <tuple>
+#include <utility>
 
 #include "api/internal.h"
 #include "call.h"
@@ -15,10 +17,11 @@ using Words = std::vector<std::string>;
 
 struct LoneCommand {
     const char* name;
-    const char* values;  // what it takes
-    size_t count;        // how many
-    bool changes;        // the printer
-    uint32_t (*send)(const Words& values, uint16_t* code);
+    const char* function;  // of the library
+    const char* values;    // what it takes
+    size_t count;          // how many
+    bool changes;          // the printer
+    ServiceCall (*prepare)(const Words& values);
 };
 
 template <class Number>
@@ -32,54 +35,61 @@ Number number(const std::string& word) {
     return value;
 }
 
-uint8_t byte(const std::string& word) {
-    return number<uint8_t>(word);
+template <class... Parameters>
+ServiceCall withNumbers(uint32_t (*function)(Parameters...), const Words& words) {
+    return [&]<size_t... at>(std::index_sequence<at...>)->ServiceCall {
+        const std::tuple values(number<std::tuple_element_t<at, std::tuple<Parameters...>>>(words[at])...);
+        return [=](uint16_t* code) { return function(std::get<at>(values)..., code); };
+    }
+    (std::make_index_sequence<sizeof...(Parameters) - 1>());
+}
+
+/// The call of a function whose values are all numbers. @throws WrongUsage
+template <auto function>
+ServiceCall ofNumbers(const Words& words) {
+    return withNumbers(function, words);
+}
+
+ServiceCall ofMemory(const Words& words) {
+    return [address = number<uint8_t>(words[0]), value = number<uint8_t>(words[1])](uint16_t* code) {
+        return zprusb_cmdSetEepromMaintenance(address, 1, &value, code);
+    };
+}
+
+ServiceCall ofText(const Words& words) {
+    return [text = words[0]](uint16_t* code) {
+        const auto size = static_cast<uint8_t>(std::min<size_t>(text.size(), 255));
+        return zprusb_cmdSetPrinterUniqueString(reinterpret_cast<const uint8_t*>(text.data()), size, code);
+    };
 }
 
 const LoneCommand commands[] = {
-    {"flash-led", "", 0, false, [](const Words&, uint16_t* code) { return zprusb_cmdFlashLed(code); }},
-    {"reset", " KIND", 1, true,
-     [](const Words& v, uint16_t* code) { return zprusb_cmdReset(byte(v[0]), code); }},
-    {"get-status", "", 0, false, [](const Words&, uint16_t* code) { return zprusb_cmdGetStatus(code); }},
-    {"get-media-info", "", 0, false, [](const Words&, uint16_t* code) { return zprusb_cmdGetMediaInfo(code); }},
-    {"get-model-name", "", 0, false, [](const Words&, uint16_t* code) { return zprusb_getModelName(code); }},
-    {"self-diagnosis", " KIND P1 P2", 3, true,
-     [](const Words& v, uint16_t* code) {
-         return zprusb_cmdSelfDiagnosis(byte(v[0]), byte(v[1]), byte(v[2]), code);
-     }},
-    {"get-self-diagnosis-results", "", 0, false,
-     [](const Words&, uint16_t* code) { return zprusb_cmdGetSelfDiagnosisResults(code); }},
-    {"get-firmware-info", " COMPONENT", 1, false,
-     [](const Words& v, uint16_t* code) { return zprusb_cmdGetFirmwareInfo(byte(v[0]), code); }},
-    {"get-eeprom", " ADDRESS COUNT", 2, false,
-     [](const Words& v, uint16_t* code) {
-         return zprusb_cmdGetEepromMaintenance(byte(v[0]), byte(v[1]), code);
-     }},
-    {"set-eeprom", " ADDRESS BYTE", 2, true,
-     [](const Words& v, uint16_t* code) {
-         const uint8_t value = byte(v[1]);
-         return zprusb_cmdSetEepromMaintenance(byte(v[0]), 1, &value, code);
-     }},
-    {"print", " JOB COPIES WIDTH LENGTH MEDIA OPTION BYTE9", 7, true,
-     [](const Words& v, uint16_t* code) {
-         return zprusb_cmdPrint(number<uint16_t>(v[0]), number<uint16_t>(v[1]), number<uint16_t>(v[2]),
-                                number<uint16_t>(v[3]), byte(v[4]), byte(v[5]), byte(v[6]), code);
-     }},
-    {"update", " TARGET START LENGTH", 3, true,
-     [](const Words& v, uint16_t* code) {
-         return zprusb_cmdUpdate(byte(v[0]), number<uint32_t>(v[1]), number<uint32_t>(v[2]), code);
-     }},
-    {"get-unique-string", "", 0, false,
-     [](const Words&, uint16_t* code) { return zprusb_cmdGetPrinterUniqueString(code); }},
-    {"set-unique-string", " TEXT", 1, true,
-     [](const Words& v, uint16_t* code) {
-         const auto size = static_cast<uint8_t>(std::min<size_t>(v[0].size(), 255));
-         return zprusb_cmdSetPrinterUniqueString(reinterpret_cast<const uint8_t*>(v[0].data()), size, code);
-     }},
+    {"flash-led", "zprusb_cmdFlashLed", "", 0, false, ofNumbers<zprusb_cmdFlashLed>},
+    {"reset", "zprusb_cmdReset", " KIND", 1, true, ofNumbers<zprusb_cmdReset>},
+    {"get-status", "zprusb_cmdGetStatus", "", 0, false, ofNumbers<zprusb_cmdGetStatus>},
+    {"get-media-info", "zprusb_cmdGetMediaInfo", "", 0, false, ofNumbers<zprusb_cmdGetMediaInfo>},
+    {"get-model-name", "zprusb_getModelName", "", 0, false, ofNumbers<zprusb_getModelName>},
+    {"self-diagnosis", "zprusb_cmdSelfDiagnosis", " KIND P1 P2", 3, true, ofNumbers<zprusb_cmdSelfDiagnosis>},
+    {"get-self-diagnosis-results", "zprusb_cmdGetSelfDiagnosisResults", "", 0, false,
+     ofNumbers<zprusb_cmdGetSelfDiagnosisResults>},
+    {"get-firmware-info", "zprusb_cmdGetFirmwareInfo", " COMPONENT", 1, false,
+     ofNumbers<zprusb_cmdGetFirmwareInfo>},
+    {"get-eeprom", "zprusb_cmdGetEepromMaintenance", " ADDRESS COUNT", 2, false,
+     ofNumbers<zprusb_cmdGetEepromMaintenance>},
+    {"set-eeprom", "zprusb_cmdSetEepromMaintenance", " ADDRESS BYTE", 2, true, ofMemory},
+    {"print", "zprusb_cmdPrint", " JOB COPIES WIDTH LENGTH MEDIA OPTION BYTE9", 7, true,
+     ofNumbers<zprusb_cmdPrint>},
+    {"update", "zprusb_cmdUpdate", " TARGET START LENGTH", 3, true, ofNumbers<zprusb_cmdUpdate>},
+    {"get-unique-string", "zprusb_cmdGetPrinterUniqueString", "", 0, false,
+     ofNumbers<zprusb_cmdGetPrinterUniqueString>},
+    {"set-unique-string", "zprusb_cmdSetPrinterUniqueString", " TEXT", 1, true, ofText},
 };
 
-int tell(const Arguments& common, const Printer& printer, const LoneCommand& command, const Words& values) {
-    call([&](uint16_t* code) { return command.send(values, code); });
+int tell(const Arguments& common, const Printer& printer, const CommandArguments& arguments,
+         const LoneCommand& command, const ServiceCall& prepared) {
+    std::string text = command.function + std::string("(");
+    for (const std::string& value : arguments.values) text += value + ", ";
+    call(text + "&code)", prepared);
     show({{{"printer", printer.number()}, {"command", command.name}, {"answered", true}},
           "The printer has answered. What it says is not looked at.\n"},
          common.json);
@@ -98,9 +108,10 @@ int run(const Arguments& common, const CommandArguments& arguments) {
     const LoneCommand& command = *std::ranges::find(commands, arguments.name, &LoneCommand::name);
     if (arguments.values.size() != command.count)
         throw WrongUsage("The command is: " + arguments.name + command.values + ".");
-    if (!command.changes) return tell(common, Printer(common.printer), command, arguments.values);
+    const ServiceCall prepared = command.prepare(arguments.values);
+    if (!command.changes) return tell(common, Printer(common.printer), arguments, command, prepared);
     const PrinterToChange printer(common, "send the command " + arguments.name);
-    return tell(common, *printer, command, arguments.values);
+    return tell(common, *printer, arguments, command, prepared);
 }
 
 }  // namespace tool

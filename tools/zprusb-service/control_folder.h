@@ -1,13 +1,10 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 namespace tool {
 
-/// Makes the library within this program look for the control library where `zprusb` does: beside the library
-/// of the installation. When it isn't there, beside this program.
-/// @return the folders that were looked into, in UTF-8.
-std::vector<std::string> chooseControlFolder();
+/// Makes the library within this program load the control library from this file.
+void useControlLibrary(const std::string& file);
 
 }  // namespace tool

@@ -3,7 +3,7 @@
 #include "commands.h"
 #include "dump.h"
 #include "failure.h"
-#include "printer.h"
+#include "printer_to_change.h"
 #include "result_text.h"
 #include "text.h"
 
@@ -11,16 +11,15 @@ namespace tool {
 namespace {
 
 void start(const DiagnoseArguments& diagnosis) {
-    const uint16_t code = codeOf([&](uint16_t* result) {
-        return zprusb_selfDiagnosis(diagnosis.kind, diagnosis.first, diagnosis.second, result);
-    });
+    const uint16_t code =
+        codeOf("zprusb_selfDiagnosis", zprusb_selfDiagnosis, diagnosis.kind, diagnosis.first, diagnosis.second);
     if (code != ZPRUSB_SUCCESS) throw Refusal("The diagnosis did not start: " + resultSentence(code), code);
 }
 
 Bytes results() {
     Bytes bytes(ZPRUSB_DIAGNOSIS_RESULTS_SIZE);
     auto length = static_cast<uint32_t>(bytes.size());
-    call([&](uint16_t* code) { return zprusb_getSelfDiagnosisResults(bytes.data(), &length, code); });
+    call("zprusb_getSelfDiagnosisResults", zprusb_getSelfDiagnosisResults, bytes.data(), &length);
     if (length != bytes.size())
         throw Refusal("The printer sent " + counted(length, "byte", "bytes") + " of results instead of 40.");
     return bytes;
@@ -53,6 +52,18 @@ int run(const Arguments& common, const DiagnoseArguments& arguments) {
                      : "The diagnosis " + word + ".\n";
     show(view, common.json);
     return outcome == Outcome::passed ? exitSuccess : exitRefused;
+}
+
+int run(const Arguments& common, const DiagnoseDataArguments& arguments) {
+    const PrinterToChange printer(common, "start the self-diagnosis " + std::to_string(arguments.kind));
+    Bytes data(ZPRUSB_MAX_ANSWER_PAYLOAD_SIZE);
+    call("zprusb_selfDiagnosisData", zprusb_selfDiagnosisData, arguments.kind, arguments.first,
+         arguments.second, data.data());
+    while (!data.empty() && data.back() == 0) data.pop_back();
+    View view = dumpOf(0, data);
+    view.text += "Zeros at the end of the data are left out, as their number is not told.\n";
+    show(view, common.json);
+    return exitSuccess;
 }
 
 }  // namespace tool

@@ -23,9 +23,8 @@ void checkRange(uint8_t address, size_t count) {
 
 Bytes readMemory(uint8_t address, size_t count) {
     Bytes memory(ZPRUSB_MAINTENANCE_READ_SIZE);
-    call([&](uint16_t* code) {
-        return zprusb_getEepromMaintenance(address, memory.data(), static_cast<uint8_t>(count), code);
-    });
+    call("zprusb_getEepromMaintenance", zprusb_getEepromMaintenance, address, memory.data(),
+         static_cast<uint8_t>(count));
     memory.resize(count);
     return memory;
 }
@@ -44,9 +43,8 @@ Bytes readAll() {
 }
 
 void writeMemory(uint8_t address, ByteView bytes) {
-    call([&](uint16_t* code) {
-        return zprusb_setEepromMaintenance(address, bytes.data(), static_cast<uint8_t>(bytes.size()), code);
-    });
+    call("zprusb_setEepromMaintenance", zprusb_setEepromMaintenance, address, bytes.data(),
+         static_cast<uint8_t>(bytes.size()));
 }
 
 /// The first of the names that no file has.

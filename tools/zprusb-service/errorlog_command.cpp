@@ -10,7 +10,7 @@ namespace {
 
 int clear(const Arguments& common) {
     const PrinterToChange printer(common, "empty the error log");
-    call(zprusb_resetErrorLog);
+    call("zprusb_resetErrorLog", zprusb_resetErrorLog);
     show({{{"printer", printer->number()}}, "The error log is empty now.\n"}, common.json);
     return exitSuccess;
 }

@@ -26,8 +26,8 @@ void requireSoundness(const FirmwareImage& image, const FirmwareUpdateArguments&
 }
 
 void openForUpdate() {
-    call([](uint16_t* code) { return zprusb_openForUpdate(0, code); });
-    call(zprusb_checkUpdateTarget);
+    call("zprusb_openForUpdate", zprusb_openForUpdate, uint32_t{0});
+    call("zprusb_checkUpdateTarget", zprusb_checkUpdateTarget);
 }
 
 void send(ByteView image) {
@@ -35,8 +35,7 @@ void send(ByteView image) {
     ProgressBar bar("sending", image.size());
     for (size_t sent = 0; sent < image.size();) {
         auto part = static_cast<uint32_t>(std::min(partSize, image.size() - sent));
-        const uint16_t code =
-            codeOf([&](uint16_t* result) { return zprusb_writeUpdateData(image.data(), &part, result); });
+        const uint16_t code = codeOf("zprusb_writeUpdateData", zprusb_writeUpdateData, image.data(), &part);
         sent += part;
         if (code != ZPRUSB_SUCCESS)
             throw Refusal(
@@ -99,9 +98,8 @@ int carryOut(const Arguments& common, const Plan& plan) {
     const PrinterToChange printer(common, "send " + plan.inWords());
     View view = viewOf(plan, *printer, identify(*printer));
     openForUpdate();
-    call([&](uint16_t* code) {
-        return zprusb_startUpdate(plan.target, plan.address, static_cast<uint32_t>(plan.image.size()), code);
-    });
+    call("zprusb_startUpdate", zprusb_startUpdate, plan.target, plan.address,
+         static_cast<uint32_t>(plan.image.size()));
     if (!common.json) std::cout << "The printer has accepted the update.\n" << std::flush;
     send(plan.image);
     const uint16_t status = statusAfterwards(*printer);

@@ -2,10 +2,11 @@
 
 #include "api/entry_frame.h"
 #include "call.h"
-#include "device/device_table.h"
+#include "control_library.h"
 #include "failure.h"
 #include "protocol/exchange.h"
 #include "protocol/requests.h"
+#include "text.h"
 
 namespace tool {
 namespace {
@@ -22,11 +23,6 @@ std::string orUnknown(const std::function<std::string()>& read) {
 /// The library asks for the model name only to see whether it is answered.
 device::Result readModelName(device::PrinterObject& printer, protocol::Payload* payload) {
     return protocol::fetch(printer.connection, protocol::request::getModelName(), *payload);
-}
-
-device::Result readDeviceName(device::PrinterObject&, uint8_t number, char* name) {
-    const device::DeviceEntry* entry = device::openEntry(number);
-    return {entry != nullptr && entry->control->getDeviceName(entry->handle, name) == 1};
 }
 
 std::string firmwareVersion(const Printer& printer) {
@@ -49,25 +45,15 @@ Json Identity::inJson() const {
 
 Identity identify(const Printer& printer) {
     return {orUnknown(modelName), orUnknown([&] { return printer.uniqueString(); }),
-            orUnknown([&] { return serialNumber(printer.number()); }),
+            orUnknown([&] { return harmless(serialOf(printer.number())); }),
             orUnknown([&] { return firmwareVersion(printer); })};
 }
 
 std::string modelName() {
     protocol::Payload payload;
-    call([&](uint16_t* code) { return api::call(api::lockFreeFrame, code, readModelName, &payload); });
+    call("readModelName(&payload)",
+         [&](uint16_t* code) { return api::call(api::lockFreeFrame, code, readModelName, &payload); });
     return textOf({payload.bytes.data(), payload.count});
-}
-
-/// The part of the device's name between the second and the third mark.
-std::string serialNumber(uint8_t printer) {
-    char name[1025] = "";
-    call([&](uint16_t* code) { return api::call(api::lockedFrame, code, readDeviceName, printer, &name[0]); });
-    const std::string path = name;
-    const size_t start = path.find('#', path.find('#') + 1);
-    if (start == std::string::npos) return "";
-    const std::string serial = path.substr(start + 1, path.find('#', start + 1) - start - 1);
-    return textOf({reinterpret_cast<const uint8_t*>(serial.data()), serial.size()});
 }
 
 }  // namespace tool

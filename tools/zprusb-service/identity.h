@@ -24,7 +24,4 @@ Identity identify(const Printer& printer);
 /// Of the selected printer. @throws Refusal
 std::string modelName();
 
-/// Of any printer. @throws Refusal
-std::string serialNumber(uint8_t printer);
-
 }  // namespace tool

@@ -1,6 +1,8 @@
 #include "commands.h"
 #include "control_folder.h"
+#include "control_library.h"
 #include "failure.h"
+#include "library_file.h"
 #include "program.h"
 
 namespace tool {
@@ -8,13 +10,14 @@ namespace {
 
 /// @throws Refusal that tells where the control library was not found.
 int runCommand(const Arguments& arguments) {
-    const std::vector<std::string> folders = chooseControlFolder();
+    useControlLibrary(controlLibraryFile());
     try {
         return std::visit([&](const auto& command) { return run(arguments, command); }, arguments.command);
     } catch (const Refusal& refusal) {
         if (refusal.code() != ZPRUSB_NO_CONTROL_LIBRARY) throw;
         std::string searched;
-        for (const std::string& folder : folders) searched += (searched.empty() ? "" : " and ") + folder;
+        for (const std::string& folder : controlFolders())
+            searched += (searched.empty() ? "" : " and ") + folder;
         throw Refusal(std::string(refusal.what()) + " It was looked for in " + searched + ".", refusal.code());
     }
 }

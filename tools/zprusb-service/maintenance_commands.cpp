@@ -10,9 +10,8 @@ namespace tool {
 int run(const Arguments& common, const MaintenanceDataArguments& arguments) {
     const Printer printer(common.printer);
     Bytes data(ZPRUSB_MAINTENANCE_DATA_SIZE);
-    call([&](uint16_t* code) {
-        return zprusb_getMaintenanceData(arguments.first, arguments.second, data.data(), code);
-    });
+    call("zprusb_getMaintenanceData", zprusb_getMaintenanceData, arguments.first, arguments.second,
+         data.data());
     show(dumpOf(0, data), common.json);
     return exitSuccess;
 }
@@ -20,7 +19,7 @@ int run(const Arguments& common, const MaintenanceDataArguments& arguments) {
 int run(const Arguments& common, const MaintenanceSetArguments& arguments) {
     const PrinterToChange printer(common, "overwrite the six maintenance values");
     const auto& v = arguments.values;
-    call([&](uint16_t* code) { return zprusb_setMaintenanceParams(v[0], v[1], v[2], v[3], v[4], v[5], code); });
+    call("zprusb_setMaintenanceParams", zprusb_setMaintenanceParams, v[0], v[1], v[2], v[3], v[4], v[5]);
     show({{{"printer", printer->number()}, {"values", v}}, "Set the six maintenance values.\n"}, common.json);
     return exitSuccess;
 }

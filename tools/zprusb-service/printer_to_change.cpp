@@ -3,8 +3,10 @@
 #include <cstdio>
 #include <iostream>
 
+#include "control_library.h"
 #include "failure.h"
 #include "system.h"
+#include "text.h"
 
 namespace tool {
 namespace {
@@ -33,8 +35,8 @@ void requireChoice(const Arguments& common, const Printer& printer) {
     if (!common.printer.who.empty() || printer.all().size() == 1) return;
     std::string list;
     for (const FoundPrinter& found : printer.all())
-        list +=
-            (list.empty() ? "" : ", ") + std::to_string(found.number) + " (" + serialNumber(found.number) + ")";
+        list += (list.empty() ? "" : ", ") + std::to_string(found.number) + " (" +
+                harmless(serialOf(found.number)) + ")";
     throw WrongUsage("Several printers are connected; choose the one to change with --printer: " + list + ".");
 }
 

@@ -38,9 +38,8 @@ int run(const Arguments& common, const UniversalArguments& arguments) {
                                   "send " + counted(length, "byte", "bytes") + " by the universal command");
     Bytes answer(ZPRUSB_MAX_ANSWER_PAYLOAD_SIZE);
     uint8_t count = 0;
-    call([&](uint16_t* code) {
-        return zprusb_universalCommand(arguments.bytes.data(), length, answer.data(), &count, code);
-    });
+    call("zprusb_universalCommand", zprusb_universalCommand, arguments.bytes.data(), length, answer.data(),
+         &count);
     show(dumpOf(0, ByteView(answer).first(count)), common.json);
     return exitSuccess;
 }
@@ -49,16 +48,15 @@ int run(const Arguments& common, const RawArguments& arguments) {
     const auto length = static_cast<uint32_t>(arguments.bytes.size());
     const PrinterToChange printer(common, "send " + counted(length, "byte", "bytes") + " as they are");
     if (arguments.noAnswer) {
-        call([&](uint16_t* code) { return zprusb_writeRaw(arguments.bytes.data(), &length, code); });
+        call("zprusb_writeRaw", zprusb_writeRaw, arguments.bytes.data(), &length);
         show({{{"printer", printer->number()}, {"sent", length}},
               "Sent " + counted(length, "byte", "bytes") + ".\n"},
              common.json);
         return exitSuccess;
     }
     Answer answer;
-    call([&](uint16_t* code) {
-        return zprusb_transferRaw(arguments.bytes.data(), length, answer.bytes.data(), &answer.count, code);
-    });
+    call("zprusb_transferRaw", zprusb_transferRaw, arguments.bytes.data(), length, answer.bytes.data(),
+         &answer.count);
     const Json header = headerOf(answer);
     View view = dumpOf(0, ByteView(answer.bytes).first(answer.count));
     view.data["header"] = header;
@@ -70,7 +68,7 @@ int run(const Arguments& common, const RawArguments& arguments) {
 int run(const Arguments& common, const ReadRawArguments&) {
     const Printer printer(common.printer);
     Bytes bytes(ZPRUSB_MAINTENANCE_READ_SIZE);
-    call([&](uint16_t* code) { return zprusb_readRaw(bytes.data(), code); });
+    call("zprusb_readRaw", zprusb_readRaw, bytes.data());
     show(dumpOf(0, bytes), common.json);
     return exitSuccess;
 }

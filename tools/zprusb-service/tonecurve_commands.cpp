@@ -14,7 +14,7 @@ constexpr uint8_t forget = 0;
 int setToneCurve(const Arguments& common, const std::string& deed, uint8_t mode, const Bytes& curve,
                  const std::string& done) {
     const PrinterToChange printer(common, deed);
-    call([&](uint16_t* code) { return zprusb_setToneCurve(mode, curve.data(), code); });
+    call("zprusb_setToneCurve", zprusb_setToneCurve, mode, curve.data());
     show({{{"printer", printer->number()}, {"curve", mode}}, done + "\n"}, common.json);
     return exitSuccess;
 }

@@ -6,28 +6,25 @@
 
 namespace tool {
 
-/// What keeps a library's file from being loaded, as the end of a sentence: missing, no library, another
-/// machine's.
-/// @return empty when nothing is seen in the file.
-std::string faultOfLibraryFile(const std::string& path);
-
-/// The libraries that a library needs and that are not found, as far as the system tells.
-std::string missingNeedsOf(const std::string& path);
-
-struct LockFolder {
-    std::string path;  // empty where reservations are no files
-    bool writable;
+/// Something that was looked at.
+struct Sight {
+    std::string found;
+    std::string remedy{};  // empty when it is as it should be
 };
 
-LockFolder lockFolder();
+/// What is seen in a control library's file without loading it.
+Sight fileOfControlLibrary(const std::string& path);
 
-struct UsbDevice {
-    std::string path;
-    bool permitted;
-};
+/// Why the system does not load a library whose file looks right: what it needs and what is missing of that, as
+/// far as the system tells.
+/// @param error the system's own words.
+Sight loadingFailure(const std::string& path, const std::string& error);
 
-/// The devices of the printers' kind that the system sees, as far as it tells.
-std::vector<UsbDevice> usbPrinters();
+/// The folders of the files that processes reserve printers by, where they are files.
+std::vector<Sight> lockFolders();
+
+/// The devices of the printers' kind that the system sees, and whether this user may use them.
+std::vector<Sight> usbDevices();
 
 /// Who has reserved the printer of this device path, in words.
 std::string userOf(const std::string& devicePath);

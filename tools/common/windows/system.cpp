@@ -85,6 +85,11 @@ std::string fileOfLibrary() {
     return utf8(file.c_str());
 }
 
+std::vector<std::string> controlFolders() {
+    const std::string file = fileOfLibrary();
+    return {file.substr(0, file.find_last_of('\\'))};
+}
+
 std::string libraryFileName(const std::string& name) {
     return name + ".dll";
 }
