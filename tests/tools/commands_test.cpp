@@ -161,6 +161,20 @@ TEST_F(Commands, TheDoctorTellsWhatIsWrongAndWhatHelps) {
     EXPECT_TRUE(contains(run("zprusb status --words words.json").err, "code 2103: No paper. Fill in paper."));
 }
 
+TEST_F(Commands, ResultsThatNobodyTakesAreAnError) {
+    write("picture", png(quarters(30, 20, "RGBW")));
+    for (const std::string command : {"list", "status --all", "info", "print picture", "print picture picture",
+                                      "watch", "set name x", "reset-counter all", "blink", "reset", "doctor"}) {
+        ChildProcess process = start("zprusb " + command);
+        process.closeOutput();
+        EXPECT_EQ(process.exitStatus(), 1) << command;
+        const Bytes told = read("err");
+        const std::string errors(told.begin(), told.end());
+        EXPECT_TRUE(isSentence(errors)) << command;
+        EXPECT_TRUE(contains(errors, "The output can't be written."));
+    }
+}
+
 TEST_F(Commands, HelpAndVersionNeedNoPrinter) {
     simulate(R"({"printers": []})");
     EXPECT_TRUE(run("zprusb --version").out.starts_with("zprusb 0."));

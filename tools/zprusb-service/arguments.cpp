@@ -138,9 +138,7 @@ void defineCommand(CLI::App& app, Arguments& arguments) {
     const auto command = addCommand<CommandArguments>(
         app, "command", "Send one command by itself and tell whether an answer came, whatever it says",
         arguments);
-    command.app->add_option("name", command->name, "Which command")
-        ->required()
-        ->check(CLI::IsMember(commandNames()));
+    command.app->add_option("name", command->name, "Which command")->required()->check(oneOf(commandNames()));
     command.app->add_option("values", command->values, "Its values: numbers, bytes in hexadecimal or a text");
 }
 

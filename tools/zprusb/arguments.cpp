@@ -84,7 +84,8 @@ void definePrint(CLI::App& app, Arguments& arguments) {
     print.app
         ->add_option_function<std::string>(
             "--size", [values = print.values](const std::string& text) { readSize(text, values->size); },
-            "Page size in inches, centimetres or millimetres, as 6x4, 6x8in, 15x10cm or 152x203mm; "
+            "Page size in inches, centimetres or millimetres, as 6x4, 6x8in, 15x10cm or 152x203mm, or as 'info "
+            "media' names it; "
             "otherwise the offered size that suits the picture best")
         ->type_name("WIDTHxLENGTH");
     print.app
