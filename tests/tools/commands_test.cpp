@@ -134,6 +134,7 @@ TEST_F(Commands, NamesOfPrintersCantMoveTheCursorOrTurnTheText) {
     simulate(R"({"printers": [{"uniqueString": "a\u001b[2Jb\u009bc\u202edä"}]})");
     EXPECT_EQ(run("zprusb list").out, "0  a?[2Jb?c?dä\n");
     EXPECT_EQ(json("zprusb list")["printers"][0]["name"], "a?[2Jb?c?dä");
+    EXPECT_TRUE(contains(run("zprusb print a\u202eb.png").err, "'a?b.png' does not exist."));
 }
 
 TEST_F(Commands, TheDoctorTellsWhatIsWrongAndWhatHelps) {

@@ -5,7 +5,6 @@
 #include "file.h"
 #include "platform/named_mutex.h"
 #include "program.h"
-#include "text.h"
 
 namespace tool {
 namespace {
@@ -68,7 +67,7 @@ void Inbox::bringBackOrGiveUp() {
             giveBack();
         } else {
             put(failed);
-            complain("'" + harmless(name_) +
+            complain("'" + name_ +
                      "' was being printed when a former program ended, and lies in 'failed' now.");
         }
     }
@@ -151,8 +150,7 @@ void Inbox::moveTo(const fs::path& folder) {
         target.replace_filename(wanted.stem().u8string() + u8"-" + fs::path(std::to_string(number)).u8string() +
                                 wanted.extension().u8string());
     fs::rename(where_, target, error);
-    if (error)
-        complain("'" + harmless(textOf(where_)) + "' can't be moved to '" + harmless(textOf(folder)) + "'.");
+    if (error) complain("'" + textOf(where_) + "' can't be moved to '" + textOf(folder) + "'.");
 }
 
 }  // namespace tool

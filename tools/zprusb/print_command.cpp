@@ -87,7 +87,7 @@ View viewOf(const std::string& image, const Job& job, uint16_t pageId, bool prin
              {"pixels", {{"width", job.dots.width}, {"length", job.dots.height}}},
              {"copies", page.copies},
              {"printed", printed}},
-            (printed ? "Printed " : "Sent ") + image + " on " + size + ", " +
+            (printed ? "Printed " : "Sent ") + harmless(image) + " on " + size + ", " +
                 counted(page.copies, "copy", "copies") + ", as job " + std::to_string(number) + " of printer " +
                 std::to_string(printer) + (printed ? ".\n" : "; the printer is printing it.\n")};
 }
@@ -172,14 +172,15 @@ int preview(const CommonArguments& common, const PrintArguments& arguments) {
     const Job job = jobOf(arguments, picture, sheet);
     writeFile(arguments.preview, pngOf({job.dots.width, job.dots.height, job.page.pixels}));
     show({{{"image", arguments.images.front()}, {"preview", arguments.preview}, {"media", dataOf(sheet)}},
-          "Wrote the page, " + sizeName(sheet.width(), sheet.length) + ", into " + arguments.preview + ".\n"},
+          "Wrote the page, " + sizeName(sheet.width(), sheet.length) + ", into " + harmless(arguments.preview) +
+              ".\n"},
          common.json);
     return exitSuccess;
 }
 
 /// What JSON tells of a picture that was not printed. People have read it on standard error.
 View failureOf(const std::string& image, const Failure& failure) {
-    complain("'" + harmless(image) + "': " + failure.what());
+    complain("'" + image + "': " + failure.what());
     return {{{"image", image}, {"error", errorOf(failure)["error"]}}, ""};
 }
 
@@ -229,8 +230,7 @@ private:
         try {
             const Picture pixels = loadPicture(picture.path);
             if (!inbox_.take()) {
-                tellOnce("'" + harmless(picture.name) +
-                         "' can't be moved; another program may still be using it.");
+                tellOnce("'" + picture.name + "' can't be moved; another program may still be using it.");
                 return std::nullopt;
             }
             const View view = printing_.print(picture.name, pixels, [&] {
