@@ -25,6 +25,19 @@ if(NOT WIN32)
   install(FILES packaging/tmpfiles.conf DESTINATION lib/tmpfiles.d RENAME zprusb.conf)
 endif()
 
+# Manual pages and completions.
+if(NOT WIN32 AND NOT ZPRUSB_SANITIZE)
+  set(pages ${PROJECT_BINARY_DIR}/manual)
+  foreach(tool zprusb_tool zprusb_service zprusb_simulator_tool)
+    get_target_property(tool ${tool} OUTPUT_NAME)
+    install(FILES ${pages}/${tool}.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+    install(FILES ${pages}/${tool}.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
+      RENAME ${tool})
+    install(FILES ${pages}/_${tool} DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions)
+    install(FILES ${pages}/${tool}.fish DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d)
+  endforeach()
+endif()
+
 # For programs that are built against an installed library.
 install(EXPORT zprusb-targets NAMESPACE zprusb:: DESTINATION ${package_folder})
 string(TOUPPER "${CMAKE_BUILD_TYPE}" configuration)
@@ -52,17 +65,32 @@ endif()
 install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DATADIR}/zprusb
   REGEX "/examples/(CMakeLists.txt|run.cmake)$" EXCLUDE)
 install(DIRECTORY samples DESTINATION ${CMAKE_INSTALL_DATADIR}/zprusb)
-install(FILES README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
-install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} PATTERN reference EXCLUDE)
+install(FILES CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+# Without what is for those who change the library.
+install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR}
+  REGEX "/docs/(reference|architecture.md|pictures/printed-page.png)$" EXCLUDE)
 install(DIRECTORY ${PROJECT_BINARY_DIR}/reference/html DESTINATION ${CMAKE_INSTALL_DOCDIR}/reference OPTIONAL)
 
 if(WIN32)
   set(CPACK_GENERATOR ZIP)
   set(system_name windows)
+  set(zprusb "bin\\zprusb")
+  set(sample "share\\zprusb\\samples\\test-page.png")
+  set(copy_simulator "copy lib\\zprusb\\simulator\\RQX5820UsbCtrl.dll bin")
+  set(library_in_bin "; and the library")
 else()
   set(CPACK_GENERATOR TGZ)
   set(system_name linux)
+  set(zprusb bin/zprusb)
+  set(sample share/zprusb/samples/test-page.png)
+  set(copy_simulator "cp lib/zprusb/simulator/libRQX5820UsbCtrl.so lib")
+  set(only_here "| `share/man`, `share/bash-completion`, `share/zsh`, `share/fish` | manual pages, and completions for shells |
+| `lib/tmpfiles.d` | what makes the folder of the lock files when the system starts |
+")
 endif()
+# What lies at the top of the package speaks of the package; of an installation, it would only be in the way.
+configure_file(packaging/README.md.in top/README.md @ONLY)
+set(CPACK_INSTALLED_DIRECTORIES ${PROJECT_BINARY_DIR}/top .)
 set(package_name zprusb-${PROJECT_VERSION}-${system_name}-${CMAKE_SYSTEM_PROCESSOR})
 set(CPACK_PACKAGE_FILE_NAME ${package_name})
 set(CPACK_PACKAGE_VENDOR "the zprusb developers")

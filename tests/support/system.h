@@ -79,6 +79,7 @@ public:
     std::string readLine();  ///< Without the line's end; empty when the child has ended.
     std::string readAll();   ///< To the end, without carriage returns.
     void closeInput() { input_.closeWriter(); }
+    void closeOutput() { output_.closeReader(); }
     bool interrupt();  ///< As Ctrl-C or Ctrl-Break does; false where there is no console to do it on.
     void kill();
     int exitStatus();  ///< Waits for the end; -1 when it was another one than an exit.

@@ -134,6 +134,7 @@ TEST_F(Commands, NamesOfPrintersCantMoveTheCursorOrTurnTheText) {
     simulate(R"({"printers": [{"uniqueString": "a\u001b[2Jb\u009bc\u202edä"}]})");
     EXPECT_EQ(run("zprusb list").out, "0  a?[2Jb?c?dä\n");
     EXPECT_EQ(json("zprusb list")["printers"][0]["name"], "a?[2Jb?c?dä");
+    EXPECT_TRUE(contains(run("zprusb print a\u202eb.png").err, "'a?b.png' does not exist."));
 }
 
 TEST_F(Commands, ADeploymentGivesTheCodesItsOwnWords) {
@@ -141,6 +142,20 @@ TEST_F(Commands, ADeploymentGivesTheCodesItsOwnWords) {
     write("words.json", Bytes(words.begin(), words.end()));
     simulate(R"({"printers": [{"condition": "out of media"}]})");
     EXPECT_TRUE(contains(run("zprusb status --words words.json").err, "code 2103: No paper. Fill in paper."));
+}
+
+TEST_F(Commands, ResultsThatNobodyTakesAreAnError) {
+    write("picture", png(quarters(30, 20, "RGBW")));
+    for (const std::string command : {"list", "status --all", "info", "print picture", "print picture picture",
+                                      "watch", "set name x", "reset-counter all", "blink", "reset", "doctor"}) {
+        ChildProcess process = start("zprusb " + command);
+        process.closeOutput();
+        EXPECT_EQ(process.exitStatus(), 1) << command;
+        const Bytes told = read("err");
+        const std::string errors(told.begin(), told.end());
+        EXPECT_TRUE(isSentence(errors)) << command;
+        EXPECT_TRUE(contains(errors, "The output can't be written."));
+    }
 }
 
 TEST_F(Commands, HelpAndVersionNeedNoPrinter) {

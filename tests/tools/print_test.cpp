@@ -1,3 +1,4 @@
+#include <sstream>
 #include <thread>
 
 #include "workshop.h"
@@ -89,6 +90,21 @@ TEST_F(Print, TheSizeIsTheNamedOneOrTheOneThatSuitsThePictureBest) {
     }
     EXPECT_EQ(printedSheet(pages)["section"], 2);
     EXPECT_EQ(run("zprusb print picture --size 1x4 --long 3").status, 1);
+}
+
+// Two sizes are that close to each other that only the name tells them apart.
+TEST_F(Print, EachNameThatThePrinterListsIsASize) {
+    simulate(R"({"printers": [{"media": [
+        {"code": 241, "width": 7620, "length": 5080}, {"code": 242, "width": 7640, "length": 5080},
+        {"code": 16, "width": 2540, "maximumLength": 12700}]}]})");
+    std::istringstream names(run("zprusb info media").out);
+    std::string line;
+    std::getline(names, line);
+    for (const int code : {241, 242, 16}) {
+        std::getline(names, line);
+        const std::string name = line.substr(2, line.find("  ", 2) - 2);
+        EXPECT_EQ(json("zprusb print small.png --size \"" + name + "\"")["media"]["code"], code) << name;
+    }
 }
 
 TEST_F(Print, ASizeThatIsNotOfferedIsRefusedWithTheOfferedOnes) {

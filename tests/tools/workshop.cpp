@@ -88,7 +88,9 @@ Json Workshop::json(const std::string& line) {
 }
 
 void Workshop::write(const std::string& name, const Bytes& content) {
-    std::ofstream stream(folder_ / pathOf(name), std::ios::binary);
+    const fs::path file = folder_ / pathOf(name);
+    fs::create_directories(file.parent_path());
+    std::ofstream stream(file, std::ios::binary);
     stream.write(reinterpret_cast<const char*>(content.data()), static_cast<std::streamsize>(content.size()));
 }
 

@@ -45,6 +45,7 @@ protected:
     /// Runs a command with --json that has to succeed.
     Json json(const std::string& line);
 
+    /// Makes the file's folder as well.
     void write(const std::string& name, const Bytes& content);
     Bytes read(const std::string& name);
 

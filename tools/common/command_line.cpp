@@ -121,6 +121,7 @@ void defineCommon(CLI::App& app, CommonArguments& arguments) {
     app.set_version_flag("--version", app.get_name() + " " ZPRUSB_TOOL_VERSION);
     app.add_option("--printer", arguments.printer.who,
                    "Number, name or serial of the printer; otherwise the first one found")
+        ->type_name("PRINTER")
         ->envname("ZPRUSB_PRINTER");
     app.add_option_function<std::string>(
            "--wait", [&arguments](const std::string& text) { readWait(text, arguments); },

@@ -75,14 +75,10 @@ std::vector<Device> printersInUse() {
 }
 
 Printer::Printer(const PrinterChoice& choice) : waitSeconds_(choice.waitSeconds) {
-    const bool never = waitSeconds_ == 0u;
-    if (never && !printersInUse().empty()) throw busyRefusal("");
-    if (waitSeconds_) until_ = Clock::now() + (never ? searchAlone : std::chrono::seconds(*waitSeconds_));
+    if (neverWaits() && !printersInUse().empty()) throw busyRefusal("");
     try {
         open();
-        found_ = findPrinters(patience());
         if (found_.empty()) throw refusalOf(ZPRUSB_NO_PRINTER_FOUND);
-        if (never) until_ = Clock::now();
         select(choice.who.empty() ? found_.front().number : chosen(choice.who));
     } catch (...) {
         closeLibrary();
@@ -101,8 +97,12 @@ Patience Printer::patience() const {
 }
 
 void Printer::open() {
+    if (waitSeconds_)
+        until_ = Clock::now() + (neverWaits() ? searchAlone : std::chrono::seconds(*waitSeconds_));
     uint16_t code = 0;
     require(callLibrary(patience(), "zprusb_open(&code)", code, zprusb_open), code);
+    found_ = findPrinters(patience());
+    if (neverWaits()) until_ = Clock::now();
 }
 
 /// A name that is a number too can't be told from it, so the number comes first.
@@ -129,12 +129,15 @@ void Printer::select(uint8_t number) {
 
 bool Printer::reopen() {
     closeLibrary();
-    uint16_t code = ZPRUSB_SUCCESS;
-    if (callLibrary(patience(), "zprusb_open(&code)", code, zprusb_open) == 0) return false;
-    const std::string text = "zprusb_selectPrinter(" + std::to_string(number_) + ", &code)";
-    callLibrary(forAnswers, text, code,
-                [this](uint16_t* result) { return zprusb_selectPrinter(number_, result); });
-    return code == ZPRUSB_SUCCESS;
+    found_.clear();
+    try {
+        open();
+        if (std::ranges::find(found_, number_, &FoundPrinter::number) == found_.end()) return false;
+        select(number_);
+        return true;
+    } catch (const Refusal&) {
+        return false;
+    }
 }
 
 void Printer::call(const std::string& text, const std::function<uint32_t(uint16_t*)>& function) const {

@@ -34,7 +34,7 @@ public:
     Printer(const Printer&) = delete;
     Printer& operator=(const Printer&) = delete;
 
-    /// All printers, whether selected or not.
+    /// All printers, whether selected or not, as of the last time that the library was opened.
     const std::vector<FoundPrinter>& all() const { return found_; }
     uint8_t number() const { return number_; }
 
@@ -66,6 +66,7 @@ public:
     std::string uniqueString() const;
 
 private:
+    bool neverWaits() const { return waitSeconds_ == 0u; }
     void open();
     uint8_t chosen(const std::string& who);
     Patience patience() const;

@@ -14,6 +14,7 @@
 #include "result_text.h"
 #include "steps.h"
 #include "system.h"
+#include "text.h"
 
 namespace tool {
 namespace {
@@ -54,7 +55,7 @@ bool outputArrived() {
 }  // namespace
 
 void complain(const std::string& sentence) {
-    std::fprintf(stderr, "%s: %s\n", programName, sentence.c_str());
+    std::fprintf(stderr, "%s: %s\n", programName, harmless(sentence).c_str());
 }
 
 nlohmann::ordered_json errorOf(const Failure& failure) {

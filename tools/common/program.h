@@ -17,7 +17,7 @@ namespace tool {
 int runProgram(const char* name, int argc, char** argv,
                const std::function<int(std::vector<std::string> words)>& program);
 
-/// Prints a sentence on standard error, as every command's failures are.
+/// Prints a sentence on standard error, as every command's failures are, whatever names there are in it.
 void complain(const std::string& sentence);
 
 /// A failure as JSON tells it: an object with the one key "error".

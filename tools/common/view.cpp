@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "failure.h"
 #include "text.h"
 
 namespace tool {
@@ -124,9 +123,9 @@ void show(const View& view, bool json) {
     print(view, json, 2);
 }
 
-void showLine(const View& view, bool json) {
+bool showLine(const View& view, bool json) {
     print(view, json, -1);
-    if (std::fflush(stdout) != 0) throw Refusal("The output can't be written.");
+    return std::fflush(stdout) == 0;
 }
 
 }  // namespace tool

@@ -36,7 +36,7 @@ std::string nameOf(const MediaSize& media);
 void show(const View& view, bool json);
 
 /// The same for one of many: JSON takes a single line, and what is printed leaves the program at once.
-/// @throws Refusal when nobody takes it any more.
-void showLine(const View& view, bool json);
+/// @return false when nobody takes it any more, which the end of the program tells.
+bool showLine(const View& view, bool json);
 
 }  // namespace tool

@@ -59,11 +59,13 @@ void defineEeprom(CLI::App& app, Arguments& arguments) {
         ->excludes(addBytes(write, 255));
 
     const auto dump = addCommand<EepromDumpArguments>(group, "dump", "Save all 256 bytes in a file", arguments);
-    dump.app->add_option("file", dump->file, "File that is written")->required();
+    dump.app->add_option("file", dump->file, "File that is written")->type_name("FILE")->required();
     const auto restore = addCommand<EepromRestoreArguments>(
         group, "restore", "Overwrite all 256 bytes, and verify them; the old ones are kept in a file first",
         arguments);
-    restore.app->add_option("file", restore->file, "File of 256 bytes, such as 'dump' makes")->required();
+    restore.app->add_option("file", restore->file, "File of 256 bytes, such as 'dump' makes")
+        ->type_name("FILE")
+        ->required();
 }
 
 void defineDiagnose(CLI::App& app, Arguments& arguments) {
@@ -100,7 +102,7 @@ void defineErrorLog(CLI::App& app, Arguments& arguments) {
 void defineToneCurve(CLI::App& app, Arguments& arguments) {
     CLI::App& group = addGroup(app, "tonecurve", "Load or reset the printer's tone curves");
     const auto load = addCommand<ToneCurveLoadArguments>(group, "load", "Load a tone curve", arguments);
-    load.app->add_option("file", load->file, "File of 1536 bytes")->required();
+    load.app->add_option("file", load->file, "File of 1536 bytes")->type_name("FILE")->required();
     load.app->add_option("--curve", load->curve, "Which of the two curves")
         ->type_name("N")
         ->required()
@@ -161,11 +163,11 @@ void defineFirmware(CLI::App& app, Arguments& arguments) {
     const char* description = "File of Motorola S-records";
     const auto inspect = addCommand<FirmwareInspectArguments>(
         group, "inspect", "Show the range, the sums and the gaps of a file; needs no printer", arguments);
-    inspect.app->add_option("file", inspect->file, description)->required();
+    inspect.app->add_option("file", inspect->file, description)->type_name("FILE")->required();
 
     const auto update =
         addCommand<FirmwareUpdateArguments>(group, "update", "Send a file to the printer", arguments);
-    update.app->add_option("file", update->file, description)->required();
+    update.app->add_option("file", update->file, description)->type_name("FILE")->required();
     update.app->add_option("--target", update->target, "Number of the part of the printer that it is for")
         ->type_name("N")
         ->required()

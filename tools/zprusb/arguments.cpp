@@ -79,11 +79,13 @@ void defineLayout(CLI::App& print, const std::shared_ptr<PrintArguments>& values
 
 void definePrint(CLI::App& app, Arguments& arguments) {
     const auto print = addCommand<PrintArguments>(app, "print", "Print pictures", arguments);
-    print.app->add_option("image", print->images, "PNG or JPEG files; '-' reads one from standard input");
+    print.app->add_option("image", print->images, "PNG or JPEG files; '-' reads one from standard input")
+        ->type_name("FILE");
     print.app
         ->add_option_function<std::string>(
             "--size", [values = print.values](const std::string& text) { readSize(text, values->size); },
-            "Page size in inches, centimetres or millimetres, as 6x4, 6x8in, 15x10cm or 152x203mm; "
+            "Page size in inches, centimetres or millimetres, as 6x4, 6x8in, 15x10cm or 152x203mm, or as 'info "
+            "media' names it; "
             "otherwise the offered size that suits the picture best")
         ->type_name("WIDTHxLENGTH");
     print.app
@@ -107,15 +109,20 @@ void definePrint(CLI::App& app, Arguments& arguments) {
         "With --wait it goes on until the printer has printed the page, and fails when that takes longer than "
         "SECONDS.\nA picture whose name is a number behind --wait is written as ./NAME.\n" +
         std::string(exitStatusText));
-    print.app->add_option("--copies", print->copies, "Number of copies")->check(inRange(1, ZPRUSB_MAX_COPIES));
+    print.app->add_option("--copies", print->copies, "Number of copies")
+        ->type_name("N")
+        ->check(inRange(1, ZPRUSB_MAX_COPIES));
     print.app->add_option("--long", print->section, "Print a section of a long page; 0 is the whole page")
         ->type_name("SECTION")
         ->check(inRange(0, ZPRUSB_MAX_SECTION));
     print.app->add_option("--option20", print->option20, "Print option 20 of this page; otherwise 1")
+        ->type_name("N")
         ->check(inRange(0, 0xFF));
     print.app->add_option("--option21", print->option21, "Print option 21 of this page; otherwise 200")
+        ->type_name("N")
         ->check(inRange(0, 0xFFFF));
     print.app->add_option("--option22", print->option22, "Print option 22 of this page; otherwise 200")
+        ->type_name("N")
         ->check(inRange(0, 0xFFFF));
 }
 

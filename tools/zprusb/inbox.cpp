@@ -1,8 +1,9 @@
 #include "inbox.h"
 
-#include <chrono>
+#include <algorithm>
 
 #include "file.h"
+#include "platform/named_mutex.h"
 #include "program.h"
 
 namespace tool {
@@ -11,7 +12,9 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const char* printing = "printing";
-constexpr auto settled = std::chrono::seconds(1);
+constexpr const char* startedMark = ".started";
+constexpr auto writtenAfter = std::chrono::seconds(1);
+constexpr auto settledAfter = std::chrono::seconds(5);
 
 fs::path pathOf(const std::string& utf8) {
     return std::u8string(utf8.begin(), utf8.end());
@@ -29,59 +32,125 @@ bool isPicture(const fs::path& file) {
     return ending == ".png" || ending == ".jpg" || ending == ".jpeg";
 }
 
+/// The same for every way to write the folder's path, and without backslashes, which Windows has a use for.
+platform::NamedMutex* openWatching(const fs::path& folder) {
+    std::error_code error;
+    std::string name = "zprusb print --watch " + textOf(fs::canonical(folder, error));
+    std::ranges::replace(name, '\\', '/');
+    return platform::openNamedMutex(name.c_str());
+}
+
 }  // namespace
 
-Inbox::Inbox(const std::string& folder) : folder_(pathOf(folder)) {
+Inbox::Inbox(const std::string& folder) : folder_(pathOf(folder)), watching_(openWatching(folder_)) {
+    const platform::MutexWait wait = platform::waitForNamedMutex(watching_, 0);
     std::error_code error;
     if (!fs::is_directory(folder_, error)) refuseFile(folder, "is not a folder.");
+    if (wait == platform::MutexWait::timedOut) refuseFile(folder, "is being watched by another program.");
     for (const char* below : {printed, failed, printing}) {
         fs::create_directory(folder_ / below, error);
         if (!fs::is_directory(folder_ / below, error)) refuseFile(folder, "can't be written.");
     }
-    for (const auto& left : fs::directory_iterator(folder_ / printing, error)) {
-        const std::string name = textOf(left.path().filename());
-        put(name, failed);
-        complain("'" + name + "' was being printed when a former program ended, and lies in 'failed' now.");
+    bringBackOrGiveUp();
+}
+
+Inbox::~Inbox() {
+    platform::closeNamedMutex(watching_);
+}
+
+void Inbox::bringBackOrGiveUp() {
+    for (const auto& left : fs::directory_iterator(folder_ / printing)) {
+        where_ = left.path();
+        const bool started = where_.extension() == startedMark;
+        name_ = textOf(started ? where_.stem() : where_.filename());
+        if (!started) {
+            giveBack();
+        } else {
+            put(failed);
+            complain("'" + name_ +
+                     "' was being printed when a former program ended, and lies in 'failed' now.");
+        }
     }
 }
 
-std::optional<std::string> Inbox::next() {
+Inbox::Look Inbox::lookAt(const fs::path& file) {
+    std::error_code error;
+    return {fs::file_size(file, error), fs::last_write_time(file, error), std::chrono::steady_clock::now(),
+            false};
+}
+
+std::optional<Inbox::Arrival> Inbox::next() {
     std::error_code error;
     std::map<std::string, Look> looks;
-    std::optional<std::string> found;
-    const auto now = fs::file_time_type::clock::now();
-    for (const auto& entry : fs::directory_iterator(folder_, error)) {
+    std::optional<Arrival> found;
+    const fs::directory_iterator entries(folder_, error);
+    if (error) refuseFile(textOf(folder_), "can't be read any more.");
+    for (const auto& entry : entries) {
         if (!entry.is_regular_file(error) || !isPicture(entry.path())) continue;
         const std::string name = textOf(entry.path().filename());
-        Look look = {entry.file_size(error), entry.last_write_time(error), now};
+        Look look = lookAt(entry.path());
+        const auto age = [&look, now = look.since] { return now - look.since; };
         const auto before = looks_.find(name);
-        const bool same = before != looks_.end() && before->second.size == look.size &&
-                          before->second.changed == look.changed;
-        if (same) look.since = before->second.since;
-        if (now - look.since >= settled && (!found || name < *found)) found = name;
+        if (before != looks_.end() && before->second.sees(look)) look = before->second;
+        const bool isDue = age() >= (look.postponed ? settledAfter : writtenAfter);
+        if (isDue && (!found || name < found->name))
+            found = Arrival{name, textOf(entry.path()), age() >= settledAfter};
         looks.emplace(name, look);
     }
     looks_ = std::move(looks);
+    if (found) {
+        name_ = found->name;
+        where_ = folder_ / pathOf(name_);
+    }
     return found;
 }
 
-std::string Inbox::take(const std::string& name) {
-    std::error_code error;
-    fs::rename(folder_ / pathOf(name), folder_ / printing / pathOf(name), error);
-    if (error) refuseFile(name, "can't be moved.");
-    looks_.erase(name);
-    return textOf(folder_ / printing / pathOf(name));
+void Inbox::postpone() {
+    looks_[name_].postponed = true;
 }
 
-void Inbox::put(const std::string& name, const char* where) {
-    const fs::path wanted = pathOf(name);
-    fs::path target = folder_ / where / wanted;
+bool Inbox::take() {
+    const Look offered = looks_[name_];
+    looks_.erase(name_);
+    std::error_code error;
+    const fs::path target = folder_ / printing / pathOf(name_);
+    fs::rename(where_, target, error);
+    if (error) return false;
+    where_ = target;
+    if (lookAt(where_).sees(offered)) return true;
+    giveBack();
+    return false;
+}
+
+void Inbox::giveBack() {
+    moveTo(folder_);
+}
+
+void Inbox::start() {
+    fs::path target = where_;
+    target += startedMark;
+    std::error_code error;
+    fs::rename(where_, target, error);
+    if (error) refuseFile(name_, "can't be moved.");
+    where_ = target;
+}
+
+void Inbox::put(const char* where) {
+    std::error_code error;
+    fs::create_directory(folder_ / where, error);
+    moveTo(folder_ / where);
+}
+
+void Inbox::moveTo(const fs::path& folder) {
+    const fs::path wanted = pathOf(name_);
+    fs::path target = folder / wanted;
+    if (where_ == target) return;
     std::error_code error;
     for (int number = 2; fs::exists(target, error); ++number)
         target.replace_filename(wanted.stem().u8string() + u8"-" + fs::path(std::to_string(number)).u8string() +
                                 wanted.extension().u8string());
-    fs::rename(folder_ / printing / wanted, target, error);
-    if (error) fs::rename(folder_ / wanted, target, error);  // it was never taken
+    fs::rename(where_, target, error);
+    if (error) complain("'" + textOf(where_) + "' can't be moved to '" + textOf(folder) + "'.");
 }
 
 }  // namespace tool

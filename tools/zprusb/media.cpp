@@ -8,6 +8,8 @@
 #include <string_view>
 #include <utility>
 
+#include "view.h"
+
 namespace tool {
 namespace {
 
@@ -97,6 +99,8 @@ double mismatch(const Sheet& sheet, double ratio) {
 std::optional<WantedSize> parseSize(const std::string& text) {
     std::string_view rest = text;
     const auto width = takeNumber(rest);
+    if (width && rest.starts_with(" inch (") && rest.ends_with(" mm long"))
+        return WantedSize{*width, 0, WantedSize::Unit::inch, text};
     takeBlanks(rest);
     if (!width || !takeTimes(rest)) return std::nullopt;
     takeBlanks(rest);
@@ -105,10 +109,12 @@ std::optional<WantedSize> parseSize(const std::string& text) {
     if (length && rest.starts_with("inch (")) rest = "in";  // the whole name that the printer's list has
     const auto unit = unitOf(rest);
     if (!length || !unit) return std::nullopt;
-    return WantedSize{*width, *length, *unit};
+    return WantedSize{*width, *length, *unit, text};
 }
 
-std::optional<Sheet> findSheet(const std::vector<MediaSize>& offered, const WantedSize& wanted) {
+std::optional<Sheet> findSheet(const std::vector<MediaSize>& offered, const WantedSize& wanted, double ratio) {
+    const auto named = std::ranges::find(offered, wanted.name, nameOf);
+    if (named != offered.end()) return bestOf(*named, ratio);
     const auto find = [&](uint32_t within) -> std::optional<Sheet> {
         for (const auto& [width, length] : readings(wanted))
             for (const MediaSize& media : offered)

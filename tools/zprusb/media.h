@@ -16,12 +16,13 @@ struct WantedSize {
     enum class Unit { inch, millimetre, centimetre, either };
 
     double width;
-    double length;
+    double length;  // 0 when the name tells none, as that of a variable length doesn't
     Unit unit;
+    std::string name;  // as it was written
 };
 
 /// Understands "6x4", "6x4in", "152.4x101.6mm", "15x10cm", also with X or the times sign, with blanks, and as
-/// the printer's list has it; without a unit inches are tried first, then millimetres.
+/// the printer's list names it; without a unit inches are tried first, then millimetres.
 /// @return none when the text is no size.
 std::optional<WantedSize> parseSize(const std::string& text);
 
@@ -33,9 +34,12 @@ struct Sheet {
     uint32_t width() const { return media.width; }
 };
 
-/// The first offered size that is the wanted one, within half a millimetre and whichever side is named first.
-/// The trade's names in centimetres are rounded: with these the nearest 3.5 mm count as well.
-std::optional<Sheet> findSheet(const std::vector<MediaSize>& offered, const WantedSize& wanted);
+/// The offered size of that name; otherwise the first one that is the wanted one, within half a millimetre and
+/// whichever side is named first. The trade's names in centimetres are rounded: with these the nearest 3.5 mm
+/// count as well.
+/// @param ratio the picture's width divided by its height, by which a length that the name leaves open is
+/// chosen.
+std::optional<Sheet> findSheet(const std::vector<MediaSize>& offered, const WantedSize& wanted, double ratio);
 
 /// The offered size whose proportions come closest to those of a picture, which may be turned for it. A fixed
 /// size is preferred to a variable one that is no better.

@@ -63,6 +63,7 @@ Patience patienceWith(size_t sent, size_t size, std::chrono::seconds limit) {
 /// In pieces, so that the progress can be told between them.
 void send(ByteView pixels, std::chrono::seconds stallLimit, const std::function<void(size_t)>& progress) {
     constexpr size_t piece = 64 * 1024;
+    progress(0);
     for (size_t sent = 0; sent < pixels.size();) {
         if (interruptedWithin(std::chrono::milliseconds(0)))
             throw Refusal("Interrupted. " + incomplete(sent, pixels.size()) + " The printer was given free.");

@@ -23,7 +23,8 @@ struct Page {
 /// noted, ends the page before its next piece of data.
 /// @param stallLimit how long the printer may take no data. A call that is stuck can't be ended, so the program
 ///        ends then.
-/// @param progress is told the number of bytes sent so far.
+/// @param progress is told the number of bytes sent so far; 0 when the page has been started, and nothing of it
+///        can be on paper yet.
 /// @return the page identifier: printer number x 256 + job number.
 /// @throws Refusal
 uint16_t sendPage(const Printer& printer, const Page& page, std::chrono::seconds stallLimit,

@@ -41,7 +41,8 @@ Sheet chooseSheet(const std::vector<MediaSize>& offered, const PrintArguments& a
                           resultSentence(ZPRUSB_COMMUNICATION),
                       ZPRUSB_COMMUNICATION);
     const double ratio = static_cast<double>(picture.width) / picture.height;
-    const auto sheet = arguments.size ? findSheet(offered, *arguments.size) : suitableSheet(offered, ratio);
+    const auto sheet =
+        arguments.size ? findSheet(offered, *arguments.size, ratio) : suitableSheet(offered, ratio);
     if (!sheet)
         throw Refusal(resultSentence(ZPRUSB_BAD_ARGUMENT) + " The printer offers: " + namesOf(offered) + ".",
                       ZPRUSB_BAD_ARGUMENT);
@@ -86,7 +87,7 @@ View viewOf(const std::string& image, const Job& job, uint16_t pageId, bool prin
              {"pixels", {{"width", job.dots.width}, {"length", job.dots.height}}},
              {"copies", page.copies},
              {"printed", printed}},
-            (printed ? "Printed " : "Sent ") + image + " on " + size + ", " +
+            (printed ? "Printed " : "Sent ") + harmless(image) + " on " + size + ", " +
                 counted(page.copies, "copy", "copies") + ", as job " + std::to_string(number) + " of printer " +
                 std::to_string(printer) + (printed ? ".\n" : "; the printer is printing it.\n")};
 }
@@ -98,16 +99,24 @@ void setOptions(Printer& printer, const PrintArguments& arguments) {
     if (arguments.option22) printer.set(ZPRUSB_SET_OPTION22, littleEndianBytes(*arguments.option22, 2));
 }
 
-uint16_t sendWithProgress(const Printer& printer, const Page& page, const PrintArguments& arguments) {
+uint16_t sendWithProgress(const Printer& printer, const Page& page, const PrintArguments& arguments,
+                          const std::function<void()>& started) {
     ProgressBar bar("sending", page.pixels.size());
-    return sendPage(printer, page, std::chrono::seconds(arguments.timeoutSeconds),
-                    [&bar](size_t sent) { bar.show(sent); });
+    return sendPage(printer, page, std::chrono::seconds(arguments.timeoutSeconds), [&](size_t sent) {
+        if (sent == 0) started();
+        bar.show(sent);
+    });
+}
+
+std::vector<uint8_t> numbersOf(const Printer& printer) {
+    std::vector<uint8_t> numbers;
+    for (const FoundPrinter& found : printer.all()) numbers.push_back(found.number);
+    return numbers;
 }
 
 /// Waits for the first of all printers that is ready, and selects it.
 void selectReady(Printer& printer) {
-    std::vector<uint8_t> numbers;
-    for (const FoundPrinter& found : printer.all()) numbers.push_back(found.number);
+    const std::vector<uint8_t> numbers = numbersOf(printer);
     WaitingNotice notice("a printer that is ready");
     for (;;) {
         const std::vector<uint16_t> codes = printer.status(numbers);
@@ -129,7 +138,9 @@ public:
 
     Printer& printer() { return printer_; }
 
-    View print(const std::string& image, const Picture& picture) {
+    /// @param started is called when the printer has begun the page, before its data go out.
+    View print(
+        const std::string& image, const Picture& picture, const std::function<void()>& started = [] {}) {
         if (arguments_.any) {
             selectReady(printer_);
         } else if (common_.waitWasAsked || pages_ > 0) {
@@ -137,7 +148,7 @@ public:
         }
         const Job job = jobOf(arguments_, picture, chooseSheet(printer_.mediaList(), arguments_, picture));
         setOptions(printer_, arguments_);
-        const uint16_t id = sendWithProgress(printer_, job.page, arguments_);
+        const uint16_t id = sendWithProgress(printer_, job.page, arguments_, started);
         ++pages_;
         tellStep(R"({"step":"sent","page":)" + std::to_string(id) + "}");
         if (!common_.waitWasAsked) return viewOf(image, job, id, false);
@@ -155,14 +166,22 @@ private:
 
 int preview(const CommonArguments& common, const PrintArguments& arguments) {
     const Picture picture = loadPicture(arguments.images.front());
-    const Sheet sheet = arguments.size ? sheetOf(*arguments.size)
-                                       : chooseSheet(Printer(common.printer).mediaList(), arguments, picture);
+    const bool known = arguments.size && arguments.size->length > 0;
+    const Sheet sheet =
+        known ? sheetOf(*arguments.size) : chooseSheet(Printer(common.printer).mediaList(), arguments, picture);
     const Job job = jobOf(arguments, picture, sheet);
     writeFile(arguments.preview, pngOf({job.dots.width, job.dots.height, job.page.pixels}));
     show({{{"image", arguments.images.front()}, {"preview", arguments.preview}, {"media", dataOf(sheet)}},
-          "Wrote the page, " + sizeName(sheet.width(), sheet.length) + ", into " + arguments.preview + ".\n"},
+          "Wrote the page, " + sizeName(sheet.width(), sheet.length) + ", into " + harmless(arguments.preview) +
+              ".\n"},
          common.json);
     return exitSuccess;
+}
+
+/// What JSON tells of a picture that was not printed. People have read it on standard error.
+View failureOf(const std::string& image, const Failure& failure) {
+    complain("'" + image + "': " + failure.what());
+    return {{{"image", image}, {"error", errorOf(failure)["error"]}}, ""};
 }
 
 /// A picture that can't be used doesn't keep the others from being printed; a printer that fails does.
@@ -171,53 +190,108 @@ int printAll(const CommonArguments& common, const PrintArguments& arguments) {
     Json pages = Json::array();
     int status = exitSuccess;
     for (const std::string& image : arguments.images) {
+        bool goesOn = true;
+        View view;
         try {
-            const View view = printing.print(image, loadPicture(image));
-            pages.push_back(view.data);
-            if (!common.json) showLine(view, false);
+            view = printing.print(image, loadPicture(image));
         } catch (const Failure& failure) {
-            complain("'" + harmless(image) + "': " + failure.what());
-            pages.push_back({{"image", image}, {"error", errorOf(failure)["error"]}});
+            view = failureOf(image, failure);
             if (status == exitSuccess) status = failure.status();
-            if (failure.status() != exitUnusableFile) break;
+            goesOn = failure.status() == exitUnusableFile;
         }
+        pages.push_back(view.data);
+        if (!common.json && !showLine(view, false)) return exitRefused;
+        if (!goesOn) break;
     }
     if (common.json) show({{{"pages", pages}}, ""}, true);
     return status;
 }
 
-bool isReady(Printer& printer, bool any) {
-    std::vector<uint8_t> numbers;
-    for (const FoundPrinter& found : printer.all()) numbers.push_back(found.number);
-    const std::vector<uint16_t> codes = printer.status(numbers);
-    const bool lost = std::ranges::any_of(
-        codes, [](uint16_t code) { return code == ZPRUSB_NO_PRINTER || code == ZPRUSB_COMMUNICATION; });
-    if (lost) printer.reopen();
-    if (any) return std::ranges::find(codes, uint16_t{ZPRUSB_SUCCESS}) != codes.end();
-    const auto own = std::ranges::find(numbers, printer.number());
-    return own != numbers.end() && codes[static_cast<size_t>(own - numbers.begin())] == ZPRUSB_SUCCESS;
-}
+/// Prints what comes into a folder. A picture that did not come as far as to the printer waits there, unless it
+/// is the picture's own fault.
+class FolderWatch {
+public:
+    FolderWatch(const CommonArguments& common, const PrintArguments& arguments)
+        : inbox_(arguments.watch), printing_(common, arguments), any_(arguments.any) {}
 
-int watchFolder(const CommonArguments& common, const PrintArguments& arguments) {
-    Inbox inbox(arguments.watch);
-    Printing printing(common, arguments);
-    while (!interruptedWithin(std::chrono::milliseconds(500))) {
-        const auto picture = inbox.next();
-        if (!picture) continue;
-        if (!isReady(printing.printer(), arguments.any)) continue;
+    /// @return what happened to a picture, if anything.
+    std::optional<View> look() {
+        const auto picture = inbox_.next();
+        if (!picture) return std::nullopt;
+        const std::string trouble = troubleOfPrinter();
+        if (trouble.empty()) return print(*picture);
+        tellOnce(trouble);
+        return std::nullopt;
+    }
+
+private:
+    std::optional<View> print(const Inbox::Arrival& picture) {
+        bool started = false;
         try {
-            const std::string taken = inbox.take(*picture);
-            const View view = printing.print(*picture, loadPicture(taken));
-            inbox.put(*picture, Inbox::printed);
-            showLine(view, common.json);
+            const Picture pixels = loadPicture(picture.path);
+            if (!inbox_.take()) {
+                tellOnce("'" + picture.name + "' can't be moved; another program may still be using it.");
+                return std::nullopt;
+            }
+            const View view = printing_.print(picture.name, pixels, [&] {
+                inbox_.start();
+                started = true;
+            });
+            inbox_.put(Inbox::printed);
+            told_.clear();
+            return view;
         } catch (const Failure& failure) {
-            inbox.put(*picture, Inbox::failed);
-            complain("'" + harmless(*picture) + "': " + failure.what());
-            const Json object = {{"image", *picture}, {"error", errorOf(failure)["error"]}};
-            if (common.json) showLine({object, ""}, true);
-            if (failure.status() != exitUnusableFile) printing.printer().reopen();
+            return handle(picture, failure, started);
         }
     }
+
+    std::optional<View> handle(const Inbox::Arrival& picture, const Failure& failure, bool started) {
+        const bool unusable = failure.status() == exitUnusableFile;
+        if (unusable && !picture.settled) {
+            inbox_.postpone();
+            return std::nullopt;
+        }
+        if (!started && !unusable && failure.code() != ZPRUSB_BAD_ARGUMENT) {
+            tellOnce(failure.what());
+            inbox_.giveBack();
+            return std::nullopt;
+        }
+        inbox_.put(Inbox::failed);
+        return failureOf(picture.name, failure);
+    }
+
+    /// A sentence, or nothing when a printer is ready. One that was lost is found again only when the library
+    /// is opened anew.
+    std::string troubleOfPrinter() {
+        Printer& printer = printing_.printer();
+        std::vector<uint8_t> numbers = {printer.number()};
+        if (any_) numbers = numbersOf(printer);
+        const std::vector<uint16_t> codes =
+            numbers.empty() ? std::vector<uint16_t>{ZPRUSB_NO_PRINTER_FOUND} : printer.status(numbers);
+        if (std::ranges::find(codes, uint16_t{ZPRUSB_SUCCESS}) != codes.end()) return "";
+        const auto isLost = [](uint16_t code) {
+            return code == ZPRUSB_NO_PRINTER || code == ZPRUSB_NO_PRINTER_FOUND || code == ZPRUSB_COMMUNICATION;
+        };
+        if (std::ranges::any_of(codes, isLost)) printer.reopen();
+        return "The pictures wait. " + resultSentence(codes.front());
+    }
+
+    /// Not again and again while nothing else happens.
+    void tellOnce(const std::string& sentence) {
+        if (sentence != told_) complain(sentence);
+        told_ = sentence;
+    }
+
+    Inbox inbox_;
+    Printing printing_;
+    const bool any_;
+    std::string told_;
+};
+
+int watchFolder(const CommonArguments& common, const PrintArguments& arguments) {
+    FolderWatch watch(common, arguments);
+    while (!interruptedWithin(std::chrono::milliseconds(500)))
+        if (const auto view = watch.look(); view && !showLine(*view, common.json)) return exitRefused;
     return exitSuccess;
 }
 
@@ -227,6 +301,8 @@ int run(const CommonArguments& common, const PrintArguments& arguments) {
     if (arguments.images.empty() == arguments.watch.empty())
         throw WrongUsage(
             "Name the pictures to print, or a folder with --watch. 'zprusb print --help' tells more.");
+    if (!arguments.preview.empty() && arguments.images.size() != 1)
+        throw WrongUsage("A preview is of one picture. 'zprusb print --help' tells more.");
     if (!arguments.watch.empty()) return watchFolder(common, arguments);
     if (!arguments.preview.empty()) return preview(common, arguments);
     if (arguments.images.size() > 1) return printAll(common, arguments);

@@ -55,7 +55,7 @@ int run(const CommonArguments& common, const WatchArguments& arguments) {
     std::optional<uint16_t> shown;
     do {
         const uint16_t code = statusOf(printer, shown);
-        if (code != shown) showLine(viewOf(printer.number(), code), common.json);
+        if (code != shown && !showLine(viewOf(printer.number(), code), common.json)) return exitRefused;
         shown = code;
     } while (!interruptedWithin(std::chrono::milliseconds(arguments.interval)));
     return exitSuccess;

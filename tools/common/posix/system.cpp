@@ -29,6 +29,9 @@ std::string pathForLibrary(const std::string& utf8) {
 
 void prepareOutput() {
     signal(SIGPIPE, SIG_IGN);
+    // A stream that the caller has closed must not become the first file that is opened, such as a lock file.
+    for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream)
+        if (fcntl(stream, F_GETFD) < 0) open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
 }
 
 void makeInputBinary() {}
