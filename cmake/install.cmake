@@ -13,7 +13,7 @@ install(TARGETS zprusb_simulator EXPORT zprusb-targets INCLUDES DESTINATION ${CM
   RUNTIME DESTINATION ${simulator_folder}
   LIBRARY DESTINATION ${simulator_folder}
   ARCHIVE DESTINATION ${simulator_folder})
-install(FILES include/zprusb.h include/zprusb_text.h simulator/zprusb_simulator.h
+install(FILES include/zprusb.h include/zprusb_text.h control/simulator/zprusb_simulator.h
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 
 file(RELATIVE_PATH libraries_from_programs /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})

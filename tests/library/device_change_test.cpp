@@ -4,10 +4,10 @@
 #include "api/internal.h"
 #include "api/object_table.h"
 #include "calls.h"
+#include "control/simulator/system.h"
 #include "open_printer.h"
 #include "operations.h"
 #include "platform/thread.h"
-#include "simulator/system.h"
 #include "support/latch.h"
 
 namespace {

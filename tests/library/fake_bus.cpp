@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "simulator/system.h"
+#include "control/simulator/system.h"
 
 namespace {
 

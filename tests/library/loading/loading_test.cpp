@@ -8,10 +8,10 @@
 #include <iostream>
 
 #include "calls.h"
+#include "control/simulator/system.h"
 #include "fake_control_library.h"
 #include "platform/module.h"
 #include "platform/thread.h"
-#include "simulator/system.h"
 #include "support/system.h"
 
 namespace fs = std::filesystem;

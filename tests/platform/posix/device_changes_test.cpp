@@ -7,8 +7,8 @@
 #include <fstream>
 #include <string>
 
+#include "control/simulator/system.h"
 #include "device_event.h"
-#include "simulator/system.h"
 
 using namespace platform;
 
