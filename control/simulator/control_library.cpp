@@ -1,21 +1,15 @@
-#include "control_library.h"
-
-#include <cstring>
-#include <string>
-
+#include "common/devices.h"
 #include "simulation.h"
 
 using simulator::Simulation;
 
+namespace control {
 namespace {
 
-constexpr size_t nameSize = 1024;
-
-uint32_t handOut(const std::optional<std::string>& text, char* place) {
-    if (!text || place == nullptr) return 0;
-    const size_t length = text->copy(place, nameSize - 1);
-    place[length] = '\0';
-    return 1;
+bool handOut(const std::optional<std::string>& text, char (&place)[textSize]) {
+    if (!text) return false;
+    place[text->copy(place, textSize - 1)] = '\0';
+    return true;
 }
 
 // Nothing may be thrown into the host.
@@ -30,63 +24,32 @@ Result guarded(Operation operation, Result otherwise) noexcept {
 
 }  // namespace
 
-extern "C" {
-
-uint64_t SDKUsb_Open(uint32_t deviceNumber) {
-    return guarded([=](Simulation& all) { return all.open(deviceNumber); }, simulator::noDevice);
+DeviceHandle openDevice(uint32_t number) noexcept {
+    return guarded([=](Simulation& all) { return all.open(number); }, noDevice);
 }
 
-uint64_t SDKUsb_OpenEx(uint32_t deviceNumber, uint32_t) {
-    return SDKUsb_Open(deviceNumber);
+DeviceHandle findOpenDevice(uint32_t number) noexcept {
+    return guarded([=](Simulation& all) { return all.openHandle(number); }, noDevice);
 }
 
-void SDKUsb_Close(uint64_t device) {
+void closeDevice(DeviceHandle device) noexcept {
     guarded([=](Simulation& all) { return all.close(device), true; }, false);
 }
 
-uint64_t SDKUsb_GetDeviceHandle(uint32_t deviceNumber) {
-    return SDKUsb_CheckDeviceName(deviceNumber);
+bool describePath(DeviceHandle device, char (&text)[textSize]) noexcept {
+    return guarded([&](Simulation& all) { return handOut(all.devicePath(device), text); }, false);
 }
 
-uint32_t SDKUsb_GetDeviceName(uint64_t device, char* name) {
-    return guarded([=](Simulation& all) { return handOut(all.devicePath(device), name); }, uint32_t{0});
+bool describeDevice(DeviceHandle device, char (&text)[textSize]) noexcept {
+    return guarded([&](Simulation& all) { return handOut(all.deviceId(device), text); }, false);
 }
 
-uint64_t SDKUsb_GetPipeHandle(uint64_t device, uint32_t, uint8_t pipeNumber, uint32_t) {
-    return guarded([=](Simulation& all) { return all.pipe(device, pipeNumber); }, simulator::noPipe);
+HostPipe givePipe(DeviceHandle device, uint8_t number) noexcept {
+    return guarded([=](Simulation& all) { return all.pipe(device, number); }, noPipe);
 }
 
-void SDKUsb_ClosePipe(uint64_t pipe) {
+void closePipe(HostPipe pipe) noexcept {
     guarded([=](Simulation& all) { return all.closePipe(pipe), true; }, false);
 }
 
-uint32_t SDKUsb_AbortPipe(uint64_t) {
-    return 0;
-}
-
-uint32_t SDKUsb_ResetPipe(uint64_t) {
-    return 0;
-}
-
-uint32_t SDKUsb_ResetDevice(uint64_t) {
-    return 0;
-}
-
-uint64_t SDKUsb_CheckDeviceName(uint32_t deviceNumber) {
-    return guarded([=](Simulation& all) { return all.openHandle(deviceNumber); }, simulator::noDevice);
-}
-
-uint32_t SDKUsb_CheckDevice(uint64_t device) {
-    return guarded([=](Simulation& all) { return uint32_t{all.isOpen(device)}; }, uint32_t{0});
-}
-
-uint32_t SDKUsb_GetDeviceIDString(uint64_t device, char* text) {
-    return guarded(
-        [=](Simulation& all) {
-            const auto serial = all.serial(device);
-            if (!serial) return uint32_t{0};
-            return handOut("MFG:SIMULATED;MDL:RQX5820 SIMULATED;SN:" + *serial + ";", text);
-        },
-        uint32_t{0});
-}
-}
+}  // namespace control

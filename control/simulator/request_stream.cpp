@@ -6,6 +6,9 @@
 
 namespace simulator {
 
+using control::forever;
+using control::Transfer;
+
 std::optional<Bytes> RequestStream::takeRequest(Milliseconds rest) {
     if (waiting_.empty() && !fill(forever)) return std::nullopt;
     Bytes request(requestHeaderSize);

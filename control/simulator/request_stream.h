@@ -5,10 +5,13 @@
 #include <optional>
 #include <span>
 
-#include "channel.h"
+#include "common/channel.h"
 #include "protocol.h"
 
 namespace simulator {
+
+using control::Channel;
+using control::Milliseconds;
 
 class RequestStream {
 public:

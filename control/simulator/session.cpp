@@ -3,9 +3,15 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "common/device_change.h"
 #include "system.h"
 
 namespace simulator {
+
+using control::forever;
+using control::Milliseconds;
+using control::Transfer;
+
 namespace {
 
 bool breaksLink(const Fault& fault) {
@@ -41,7 +47,7 @@ void announceReturn(const std::weak_ptr<Printer>& absent, Clock::time_point time
     startThread([=] {
         while (Clock::now() < time) std::this_thread::sleep_until(time);  // which may end early on Windows
         const std::shared_ptr<Printer> printer = absent.lock();
-        if (printer && isAbsentUntil(*printer, time)) notifyDeviceChange();
+        if (printer && isAbsentUntil(*printer, time)) control::notifyDeviceChange();
     }).detach();
 }
 
@@ -138,7 +144,7 @@ void Session::breakLink(const Fault& fault) {
         unplugged_ = true;
     }
     channel_.end();
-    notifyDeviceChange();
+    control::notifyDeviceChange();
     if (returns) announceReturn(printer_, back);
 }
 

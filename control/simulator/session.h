@@ -7,12 +7,14 @@
 #include <optional>
 #include <thread>
 
-#include "channel.h"
 #include "commands.h"
+#include "common/channel.h"
 #include "printer.h"
 #include "request_stream.h"
 
 namespace simulator {
+
+using control::HostPipe;
 
 class Session {
 public:
@@ -22,8 +24,8 @@ public:
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
-    HostPipe hostWriteEnd() const { return channel_.hostWriteEnd(); }
-    HostPipe hostReadEnd() const { return channel_.hostReadEnd(); }
+    HostPipe takeHostWriteEnd() { return channel_.takeHostWriteEnd(); }
+    HostPipe takeHostReadEnd() { return channel_.takeHostReadEnd(); }
 
     bool isUnplugged() const { return unplugged_; }
 
@@ -40,7 +42,7 @@ private:
     void breakLink(const Fault& fault);
 
     const std::shared_ptr<Printer> printer_;
-    Channel channel_;
+    control::Channel channel_;
     RequestStream input_{channel_};
     std::atomic<bool> unplugged_ = false;
     std::thread thread_;

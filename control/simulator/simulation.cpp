@@ -3,15 +3,13 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "common/device_change.h"
 #include "local_socket.h"
 #include "remote.h"
 #include "system.h"
 
 namespace simulator {
 namespace {
-
-constexpr uint8_t writePipe = 0;
-constexpr uint8_t readPipe = 1;
 
 constexpr const char* ownDigits = "vid_5a2c&pid_0012";
 constexpr const char* foreignDigits = "vid_ffff&pid_0001";
@@ -67,7 +65,7 @@ void Simulation::follow(std::vector<TimedChange> timeline) {
         std::unique_lock lock(mutex_);
         for (const auto& [after, change] : timeline) {
             if (rebuilt_.wait_until(lock, start + after, [&] { return generation_ != generation; })) return;
-            if (make(change)) notifyDeviceChange();
+            if (make(change)) control::notifyDeviceChange();
         }
     };
     startThread(body).detach();
@@ -78,12 +76,9 @@ DeviceHandle Simulation::open(uint32_t number) {
     if (findOpen(number) != nullptr) return number;
     Device* device = find(number);
     if (device == nullptr || !isPresent(*device->printer)) return noDevice;
-    // Ends of the time before that the host never closed: nothing answers on them any more.
-    closePipes([&](const GivenPipe& pipe) { return pipe.device == number; });
     device->session.reset();
     device->session = std::make_unique<Session>(device->printer);
-    pipes_.push_back({device->session->hostWriteEnd(), number, writePipe, false});
-    pipes_.push_back({device->session->hostReadEnd(), number, readPipe, false});
+    pipes_.put(number, device->session->takeHostWriteEnd(), device->session->takeHostReadEnd());
     return number;
 }
 
@@ -97,19 +92,14 @@ void Simulation::close(DeviceHandle handle) {
     Device* device = find(handle);
     if (device == nullptr) return;
     device->session.reset();
-    closePipes([&](const GivenPipe& pipe) { return pipe.device == handle && !pipe.given; });
+    pipes_.closeUngiven(handle);
 }
 
-bool Simulation::isOpen(DeviceHandle handle) {
-    const std::lock_guard lock(mutex_);
-    return findOpen(handle) != nullptr;
-}
-
-std::optional<std::string> Simulation::serial(DeviceHandle handle) {
+std::optional<std::string> Simulation::deviceId(DeviceHandle handle) {
     const std::lock_guard lock(mutex_);
     const Device* device = findOpen(handle);
     if (device == nullptr) return std::nullopt;
-    return device->printer->setup.serial;
+    return "MFG:SIMULATED;MDL:RQX5820 SIMULATED;SN:" + device->printer->setup.serial + ";";
 }
 
 std::optional<std::string> Simulation::devicePath(DeviceHandle handle) {
@@ -123,33 +113,19 @@ std::optional<std::string> Simulation::devicePath(DeviceHandle handle) {
 
 HostPipe Simulation::pipe(DeviceHandle handle, uint8_t number) {
     const std::lock_guard lock(mutex_);
-    if (findOpen(handle) == nullptr) return noPipe;
-    const auto found = std::ranges::find_if(
-        pipes_, [&](const GivenPipe& pipe) { return pipe.device == handle && pipe.number == number; });
-    if (found == pipes_.end()) return noPipe;
-    found->given = true;
-    return found->pipe;
+    return findOpen(handle) == nullptr ? control::noPipe : pipes_.give(handle, number);
 }
 
 void Simulation::closePipe(HostPipe closed) {
     const std::lock_guard lock(mutex_);
-    closePipes([&](const GivenPipe& pipe) { return pipe.pipe == closed; });
-}
-
-template <class Matches>
-void Simulation::closePipes(Matches matches) {
-    std::erase_if(pipes_, [&](const GivenPipe& pipe) {
-        if (!matches(pipe)) return false;
-        closeHostPipe(pipe.pipe);
-        return true;
-    });
+    pipes_.close(closed);
 }
 
 void Simulation::configure(const std::string& json) {
     Configuration configuration = parseConfiguration(json);
     const std::lock_guard lock(mutex_);
     build(std::move(configuration));
-    closePipes([](const GivenPipe& pipe) { return !pipe.given; });
+    for (DeviceHandle handle = 0; handle < control::maximumDevices; ++handle) pipes_.closeUngiven(handle);
 }
 
 void Simulation::addFault(const std::string& json) {
@@ -174,7 +150,7 @@ bool Simulation::apply(const Change& change) {
         if (find(change.printer) == nullptr) return false;
         if (!make(change)) return true;
     }
-    notifyDeviceChange();
+    control::notifyDeviceChange();
     return true;
 }
 

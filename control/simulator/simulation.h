@@ -9,13 +9,14 @@
 #include <string>
 #include <vector>
 
+#include "common/host_pipes.h"
 #include "configuration.h"
 #include "session.h"
 
 namespace simulator {
 
-using DeviceHandle = uint64_t;  // the device number
-constexpr DeviceHandle noDevice = ~DeviceHandle{0};
+using control::DeviceHandle;
+using control::noDevice;
 
 class Simulation {
 public:
@@ -26,9 +27,8 @@ public:
     DeviceHandle open(uint32_t number);
     DeviceHandle openHandle(uint32_t number);
     void close(DeviceHandle handle);
-    bool isOpen(DeviceHandle handle);
     std::optional<std::string> devicePath(DeviceHandle handle);
-    std::optional<std::string> serial(DeviceHandle handle);
+    std::optional<std::string> deviceId(DeviceHandle handle);
     HostPipe pipe(DeviceHandle handle, uint8_t number);
     void closePipe(HostPipe pipe);
 
@@ -50,28 +50,18 @@ private:
         std::unique_ptr<Session> session;  // while it is open
     };
 
-    // A host's end of a pipe. Once it is given away it is the host's to close.
-    struct GivenPipe {
-        HostPipe pipe;
-        DeviceHandle device;
-        uint8_t number;
-        bool given;
-    };
-
     Simulation();
     void build(Configuration configuration);
     void follow(std::vector<TimedChange> timeline);
     bool make(const Change& change);
     Device* find(DeviceHandle handle);
     Device* findOpen(DeviceHandle handle);
-    template <class Matches>
-    void closePipes(Matches matches);
 
     std::mutex mutex_;
     std::condition_variable rebuilt_;
     uint64_t generation_ = 0;  // how often the printers were set up
     std::vector<Device> devices_;
-    std::vector<GivenPipe> pipes_;
+    control::HostPipes pipes_;
 };
 
 }  // namespace simulator

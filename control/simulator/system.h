@@ -12,10 +12,6 @@ namespace simulator {
 /// Starts a thread that takes no signal of the process, so that a broken pipe is no more than a failed write.
 std::thread startThread(std::function<void()> body);
 
-/// Tells this process that devices came or went: as WM_DEVICECHANGE, posted to its top-level windows, on
-/// Windows; as a datagram to the socket "zprusb-device-change-PID" in the abstract namespace on Linux.
-void notifyDeviceChange();
-
 /// @return the path in the environment variable, or none when it is missing or empty.
 std::optional<std::filesystem::path> pathFromEnvironment(const char* variable);
 

@@ -26,13 +26,9 @@ std::thread startThread(std::function<void()> body) {
 
 namespace {
 
-int makeSocket() {
-    return socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
-}
-
 // The socket's name is the number's mark, so the socket stays open.
 uint32_t claimNumber() {
-    const int mark = makeSocket();
+    const int mark = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
     for (uint32_t number = 1;; ++number) {
         const AbstractAddress address("zprusb-simulator-" + std::to_string(number));
         if (bind(mark, address.get(), address.size()) == 0) return number;
@@ -44,15 +40,6 @@ uint32_t claimNumber() {
 }
 
 }  // namespace
-
-void notifyDeviceChange() {
-    const AbstractAddress address("zprusb-device-change-" + std::to_string(getpid()));
-    const int sender = makeSocket();
-    if (sender < 0) return;
-    // Nobody may be listening, which is no fault.
-    (void)sendto(sender, "change", 6, 0, address.get(), address.size());
-    close(sender);
-}
 
 uint32_t processNumber() {
     static const uint32_t number = claimNumber();

@@ -7,10 +7,13 @@
 #include <algorithm>
 #include <memory>
 
-#include "handle.h"
+#include "common/windows/handle.h"
 #include "system.h"
 
 namespace simulator {
+
+using control::Handle;
+
 namespace {
 
 constexpr size_t longestMessage = 4 << 20;

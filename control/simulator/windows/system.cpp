@@ -2,21 +2,11 @@
 
 #include <windows.h>
 
-#include <dbt.h>  // needs the header above
-
 #include <string>
 #include <system_error>
 
 namespace simulator {
 namespace {
-
-BOOL CALLBACK postToOwnWindow(HWND window, LPARAM process) {
-    DWORD owner = 0;
-    GetWindowThreadProcessId(window, &owner);
-    // Posted, not sent: hosts look at the messages that they take from their queue.
-    if (owner == static_cast<DWORD>(process)) PostMessageA(window, WM_DEVICECHANGE, DBT_DEVNODES_CHANGED, 0);
-    return TRUE;
-}
 
 // The mutex is the number's mark, so its handle stays open.
 uint32_t claimNumber() {
@@ -37,10 +27,6 @@ uint32_t claimNumber() {
 
 std::thread startThread(std::function<void()> body) {
     return std::thread(std::move(body));
-}
-
-void notifyDeviceChange() {
-    EnumWindows(postToOwnWindow, static_cast<LPARAM>(GetCurrentProcessId()));
 }
 
 uint32_t processNumber() {

@@ -1,4 +1,5 @@
-/// The functions of a control library. A device handle is the device number; all-ones means none.
+/// The functions of a control library, as the library above it finds them by name. A device handle is the
+/// number of the device; all-ones means none.
 #pragma once
 
 #include <cstdint>
@@ -22,7 +23,7 @@ uint32_t SDKUsb_GetDeviceName(uint64_t device, char* name);
 uint64_t SDKUsb_GetPipeHandle(uint64_t device, uint32_t, uint8_t pipeNumber, uint32_t);
 void SDKUsb_ClosePipe(uint64_t pipe);
 
-/// Simulated pipes and devices can't be aborted or reset: these three return 0.
+/// Nobody's pipes and devices need to be aborted or reset: these three return 0.
 uint32_t SDKUsb_AbortPipe(uint64_t pipe);
 uint32_t SDKUsb_ResetPipe(uint64_t pipe);
 uint32_t SDKUsb_ResetDevice(uint64_t device);

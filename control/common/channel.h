@@ -1,6 +1,6 @@
-/// The two pipes between the host and one simulated printer: requests and image data one way, answers the
-/// other. The host's ends are blocking handles or descriptors that it uses like any file; the printer's ends
-/// are hidden in here, wait with a time limit, and can be woken from outside.
+/// The two pipes between the host and one printer: requests and image data one way, answers the other. The
+/// host's ends are blocking handles or descriptors that it uses like any file; the printer's ends are hidden in
+/// here, wait with a time limit, and can be woken from outside.
 ///
 /// One read of the host gets one answer, as a USB transfer would end with it. What doesn't fit into the host's
 /// buffer is lost on Linux and fails the read on Windows.
@@ -11,15 +11,14 @@
 #include <cstdint>
 #include <memory>
 
-namespace simulator {
+#include "common/devices.h"
+
+namespace control {
 
 using Milliseconds = std::chrono::milliseconds;
 
 /// Waits without a limit.
 constexpr Milliseconds forever = Milliseconds::max();
-
-using HostPipe = uint64_t;
-constexpr HostPipe noPipe = ~HostPipe{0};
 
 constexpr size_t maximumUnreadAnswers = 16;
 
@@ -29,12 +28,13 @@ class Channel {
 public:
     /// @throws std::system_error when the system gives no more pipes.
     Channel();
-    ~Channel();  // leaves the host's ends open
+    ~Channel();
     Channel(const Channel&) = delete;
     Channel& operator=(const Channel&) = delete;
 
-    HostPipe hostWriteEnd() const;
-    HostPipe hostReadEnd() const;
+    /// Gives away the host's ends, once; from then on they live on without the channel.
+    HostPipe takeHostWriteEnd();
+    HostPipe takeHostReadEnd();
 
     /// Reads what is there, at least one byte and at most `capacity`.
     /// @return `ended` when the host has closed its end or the channel was cancelled.
@@ -62,7 +62,4 @@ private:
     std::unique_ptr<Ends> ends_;
 };
 
-/// Closes an end that was given to the host.
-void closeHostPipe(HostPipe pipe);
-
-}  // namespace simulator
+}  // namespace control

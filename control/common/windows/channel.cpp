@@ -1,4 +1,4 @@
-#include "channel.h"
+#include "common/channel.h"
 
 #include <windows.h>
 
@@ -10,9 +10,10 @@
 #include <utility>
 #include <vector>
 
-#include "handle.h"
+#include "common/host_pipes.h"
+#include "common/windows/handle.h"
 
-namespace simulator {
+namespace control {
 namespace {
 
 [[noreturn]] void fail(const char* what) {
@@ -84,7 +85,7 @@ bool wasRead(const UnreadAnswer& answer) {
 
 struct Channel::Ends {
     Handle requests, answers, cancelled, finished;
-    HostPipe hostWrite = noPipe, hostRead = noPipe;
+    Handle hostWrite, hostRead;
     std::list<UnreadAnswer> unread;
 
     void takeBackAnswers();
@@ -107,18 +108,18 @@ Channel::Channel() : ends_(std::make_unique<Ends>()) {
         fail("answer pipe");
     ends_->requests = std::move(requests.printerEnd);
     ends_->answers = std::move(answers.printerEnd);
-    ends_->hostWrite = reinterpret_cast<HostPipe>(requests.hostEnd.release());
-    ends_->hostRead = reinterpret_cast<HostPipe>(answers.hostEnd.release());
+    ends_->hostWrite = std::move(requests.hostEnd);
+    ends_->hostRead = std::move(answers.hostEnd);
 }
 
 Channel::~Channel() = default;
 
-HostPipe Channel::hostWriteEnd() const {
-    return ends_->hostWrite;
+HostPipe Channel::takeHostWriteEnd() {
+    return reinterpret_cast<HostPipe>(ends_->hostWrite.release());
 }
 
-HostPipe Channel::hostReadEnd() const {
-    return ends_->hostRead;
+HostPipe Channel::takeHostReadEnd() {
+    return reinterpret_cast<HostPipe>(ends_->hostRead.release());
 }
 
 // Nothing of the operation is left in the system's hands when this returns.
@@ -176,4 +177,4 @@ void closeHostPipe(HostPipe pipe) {
     CloseHandle(reinterpret_cast<HANDLE>(pipe));
 }
 
-}  // namespace simulator
+}  // namespace control

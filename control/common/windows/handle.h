@@ -5,7 +5,7 @@
 
 #include <utility>
 
-namespace simulator {
+namespace control {
 
 class Handle {
 public:
@@ -27,4 +27,4 @@ private:
     HANDLE value_;
 };
 
-}  // namespace simulator
+}  // namespace control
