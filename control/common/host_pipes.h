@@ -20,6 +20,9 @@ public:
     /// @return none when the device has no such pipe.
     HostPipe give(DeviceHandle device, uint8_t number);
 
+    /// @return the end as long as it is not closed.
+    HostPipe find(DeviceHandle device, uint8_t number) const { return ends_[device][number].pipe; }
+
     /// Closes those of a device that the host never asked for.
     void closeUngiven(DeviceHandle device);
 

@@ -9,7 +9,6 @@
 #include <cerrno>
 #include <system_error>
 
-#include "common/host_pipes.h"
 #include "common/posix/channel_ends.h"
 
 namespace control {
@@ -41,7 +40,7 @@ Transfer Channel::Ends::wait(const Descriptor& descriptor, short events, Millise
 }
 
 Channel::Channel() : ends_(std::make_unique<Ends>()) {
-    if (!ends_->makeBuffered()) fail("pipe");
+    if (!ends_->make(RequestPipe::buffered)) fail("pipe");
 }
 
 Channel::~Channel() = default;
@@ -85,10 +84,6 @@ void Channel::cancel() {
 void Channel::end() {
     ends_->requests.close();
     ends_->answers.close();
-}
-
-void closeHostPipe(HostPipe pipe) {
-    ::close(static_cast<int>(pipe));
 }
 
 }  // namespace control

@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 #include <sys/eventfd.h>
-#include <sys/socket.h>
 
 #include "common/channel.h"
 
@@ -24,14 +23,6 @@ bool makePipe(Descriptor& reader, Descriptor& writer, int flags) {
     return true;
 }
 
-bool makePair(Descriptor& ofDevice, Descriptor& ofHost) {
-    int ends[2];
-    if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) != 0) return false;
-    ofDevice = Descriptor(ends[0]);
-    ofHost = Descriptor(ends[1]);
-    return true;
-}
-
 bool makeWake(Descriptor& wake) {
     wake = Descriptor(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
     return wake.isOpen();
@@ -43,19 +34,18 @@ bool dontBlock(const Descriptor& descriptor) {
 
 }  // namespace
 
-bool ChannelEnds::makeBuffered() {
-    if (!makeWake(wake) || !makePipe(requests, hostWrite, 0)) return false;
-    if (!makePipe(hostRead, answers, O_DIRECT)) return false;  // one read, one answer
-    fcntl(hostWrite.get(), F_SETPIPE_SZ, requestPipeSize);
-    fcntl(answers.get(), F_SETPIPE_SZ, answerPipeSize);
-    return dontBlock(requests) && dontBlock(answers);
+bool makeRequestPipe(RequestPipe kind, Descriptor& reader, Descriptor& writer) {
+    const bool isBuffered = kind == RequestPipe::buffered;
+    if (!makePipe(reader, writer, isBuffered ? 0 : O_DIRECT)) return false;
+    const int size = fcntl(writer.get(), F_SETPIPE_SZ, isBuffered ? requestPipeSize : packetSize);
+    return dontBlock(reader) && (isBuffered || size == packetSize);
 }
 
-bool ChannelEnds::makeOneAtATime() {
-    if (!makeWake(wake) || !makePipe(requests, hostWrite, O_DIRECT) || !makePair(answers, hostRead))
-        return false;
-    if (fcntl(hostWrite.get(), F_SETPIPE_SZ, packetSize) != packetSize) return false;
-    return dontBlock(requests) && dontBlock(answers);
+bool ChannelEnds::make(RequestPipe kind) {
+    if (!makeWake(wake) || !makeRequestPipe(kind, requests, hostWrite)) return false;
+    if (!makePipe(hostRead, answers, O_DIRECT)) return false;  // one read, one answer
+    fcntl(answers.get(), F_SETPIPE_SZ, answerPipeSize);
+    return dontBlock(answers);
 }
 
 }  // namespace control

@@ -5,17 +5,21 @@
 
 namespace control {
 
+enum class RequestPipe {
+    buffered,     // a stream that holds much of what the host writes
+    oneTransfer,  // has room for one write of up to 4096 bytes: the host can wait until the device has taken it
+};
+
+/// @return whether the system gave it. The reading end doesn't block.
+bool makeRequestPipe(RequestPipe kind, Descriptor& reader, Descriptor& writer);
+
 struct ChannelEnds {
     Descriptor requests, answers;  // the device's; they don't block
     Descriptor wake;               // an eventfd
     Descriptor hostWrite, hostRead;
 
-    /// What the host writes goes through a stream that holds much of it.
-    bool makeBuffered();
-
-    /// The request pipe has room for one write of up to 4096 bytes, so that the host can wait until the device
-    /// has taken it. An answer of no bytes, which such a host's read sees as the end, can be given as well.
-    bool makeOneAtATime();
+    /// @return whether the system gave all of it.
+    bool make(RequestPipe kind);
 };
 
 }  // namespace control

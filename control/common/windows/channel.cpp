@@ -10,7 +10,6 @@
 #include <utility>
 #include <vector>
 
-#include "common/host_pipes.h"
 #include "common/windows/handle.h"
 
 namespace control {
@@ -171,10 +170,6 @@ void Channel::end() {
     ends_->takeBackAnswers();
     ends_->requests.close();
     ends_->answers.close();
-}
-
-void closeHostPipe(HostPipe pipe) {
-    CloseHandle(reinterpret_cast<HANDLE>(pipe));
 }
 
 }  // namespace control

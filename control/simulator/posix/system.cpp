@@ -5,23 +5,19 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
 #include <system_error>
 
 #include "abstract_address.h"
+#include "common/posix/blocked_signals.h"
 
 namespace simulator {
 
 std::thread startThread(std::function<void()> body) {
-    sigset_t all, former;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &former);  // the new thread inherits the mask
-    std::thread thread(std::move(body));
-    pthread_sigmask(SIG_SETMASK, &former, nullptr);
-    return thread;
+    const control::BlockedSignals blocked;
+    return std::thread(std::move(body));
 }
 
 namespace {
