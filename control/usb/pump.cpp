@@ -20,6 +20,7 @@ namespace {
 constexpr Nanoseconds quietPause = 5 * millisecond;  // what comes so soon after taking was meant for another
 constexpr Nanoseconds acquirePatience = 8000 * millisecond;  // below the host's 10 s for a request
 constexpr Nanoseconds retryPause = 10 * millisecond;
+constexpr Nanoseconds brokenPause = 100 * millisecond;
 constexpr Nanoseconds takeBackPatience = 1000 * millisecond;
 
 }  // namespace
@@ -82,6 +83,7 @@ bool Pump::step() {
     if (gone_ || closing_) return false;
     if (isLost_) letGo();
     if (now() >= answers_.due()) answers_.deliver(channel_.answers.get());
+    if (now() >= repairAt_) repairRequests();
     if (requestWaits) serveRequest();
     return true;
 }
@@ -102,7 +104,7 @@ bool Pump::waitForWork() {
 }
 
 Nanoseconds Pump::wakeTime() const {
-    return std::min(answers_.due(), isAcquiring() ? std::max(retryAt_, quietUntil_) : never);
+    return std::min({answers_.due(), repairAt_, isAcquiring() ? std::max(retryAt_, quietUntil_) : never});
 }
 
 void Pump::serveRequest() {
@@ -158,14 +160,20 @@ void Pump::submitRequest() {
     acquireLimit_ = never;
 }
 
-// The host's write fails, and its next one finds a pipe that is whole again.
+// The host's write fails. The pipe stays broken for long enough that the host sees it, even where it has just
+// begun to wait.
 void Pump::refuseRequest() {
     acquireLimit_ = never;
+    channel_.requests.close();
+    repairAt_ = now() + brokenPause;
+}
+
+// The host's next write finds a pipe that is whole again.
+void Pump::repairRequests() {
+    repairAt_ = never;
     control::Descriptor reader, writer;
-    if (control::makeRequestPipe(control::RequestPipe::oneTransfer, reader, writer)) {
-        replaceHostWriteEnd(device_, writer);
-    }
-    channel_.requests = std::move(reader);
+    const bool made = control::makeRequestPipe(control::RequestPipe::oneTransfer, reader, writer);
+    if (made && replaceHostWriteEnd(device_, writer)) channel_.requests = std::move(reader);
 }
 
 void Pump::reapAll() {

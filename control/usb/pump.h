@@ -47,6 +47,7 @@ private:
     void letGo();
     void submitRequest();
     void refuseRequest();
+    void repairRequests();
     void reapAll();
     void completeOut();
     void completeIn(Transfer& transfer);
@@ -74,6 +75,7 @@ private:
     Nanoseconds acquireLimit_ = never;  // of the request that waits until it can be sent
     Nanoseconds quietUntil_ = 0;        // after taking the interface
     Nanoseconds retryAt_ = 0;
+    Nanoseconds repairAt_ = never;  // of the request pipe
 };
 
 }  // namespace usb
