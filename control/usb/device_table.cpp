@@ -29,6 +29,20 @@ struct Bus {
 pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
 constinit Slot slots[control::maximumDevices];
 
+void lockAll() {
+    pthread_mutex_lock(&mutex);
+    lockHostEnds();
+}
+
+void unlockAll() {
+    unlockHostEnds();
+    pthread_mutex_unlock(&mutex);
+}
+
+[[gnu::constructor]] void keepWholeInForks() {
+    pthread_atfork(lockAll, unlockAll, unlockAll);
+}
+
 bool isOpen(const Slot& slot) {
     return slot.pump != nullptr && !slot.pump->isGone();
 }

@@ -39,4 +39,12 @@ bool replaceHostWriteEnd(DeviceHandle device, const control::Descriptor& writer)
     return end != control::noPipe && dup3(writer.get(), static_cast<int>(end), O_CLOEXEC) >= 0;
 }
 
+void lockHostEnds() {
+    pthread_mutex_lock(&mutex);
+}
+
+void unlockHostEnds() {
+    pthread_mutex_unlock(&mutex);
+}
+
 }  // namespace usb

@@ -19,4 +19,8 @@ void closeHostEnd(HostPipe pipe);
 /// @return false when the host has closed its end.
 bool replaceHostWriteEnd(DeviceHandle device, const control::Descriptor& writer);
 
+/// Around a fork, so that the child finds them whole.
+void lockHostEnds();
+void unlockHostEnds();
+
 }  // namespace usb

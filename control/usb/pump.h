@@ -29,7 +29,8 @@ public:
     /// Ends the thread and everything else of it; what the printer hasn't taken by now is lost.
     void stop();
 
-    bool isGone() const { return gone_ || node_.isGone(); }
+    /// In the child of a fork too: its parent has the thread.
+    bool isGone() const { return gone_ || process_ != getpid() || node_.isGone(); }
 
 private:
     Pump(DeviceHandle device, const ConnectedPrinter& printer) : device_(device), mark_(printer) {}
