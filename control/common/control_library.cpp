@@ -71,4 +71,8 @@ uint32_t SDKUsb_CheckDevice(uint64_t device) {
 uint32_t SDKUsb_GetDeviceIDString(uint64_t device, char* text) {
     return handOut(control::describeDevice, device, text);
 }
+
+const char* zprusb_controlLibraryKind() {
+    return control::libraryKind;
+}
 }

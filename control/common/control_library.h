@@ -1,5 +1,5 @@
-/// The functions of a control library, as the library above it finds them by name. A device handle is the
-/// number of the device; all-ones means none.
+/// The functions of a control library, as the library above it finds them by name, and one more. A device
+/// handle is the number of the device; all-ones means none.
 #pragma once
 
 #include <cstdint>
@@ -36,4 +36,7 @@ uint32_t SDKUsb_CheckDevice(uint64_t device);
 
 /// @param text room for 1024 characters.
 uint32_t SDKUsb_GetDeviceIDString(uint64_t device, char* text);
+
+/// What only this project's own control libraries have: in words, which of them it is.
+const char* zprusb_controlLibraryKind();
 }

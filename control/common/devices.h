@@ -16,6 +16,9 @@ constexpr HostPipe noPipe = ~HostPipe{0};
 
 constexpr size_t textSize = 1024;  // of a path or an identification, with the zero byte that ends it
 
+/// Which control library it is, in words such as "the simulator".
+extern const char* const libraryKind;
+
 /// Opens the device unless it is open. @return none when no device with that number is plugged in.
 DeviceHandle openDevice(uint32_t number) noexcept;
 

@@ -24,6 +24,8 @@ Result guarded(Operation operation, Result otherwise) noexcept {
 
 }  // namespace
 
+const char* const libraryKind = "the simulator";
+
 DeviceHandle openDevice(uint32_t number) noexcept {
     return guarded([=](Simulation& all) { return all.open(number); }, noDevice);
 }

@@ -9,6 +9,8 @@ namespace control {
 
 using usb::ConnectedPrinter;
 
+const char* const libraryKind = "the one for real printers over USB";
+
 DeviceHandle openDevice(uint32_t number) noexcept {
     return usb::openPrinter(number) ? number : noDevice;
 }
