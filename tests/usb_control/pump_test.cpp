@@ -1,5 +1,7 @@
 #include <linux/usbdevice_fs.h>
 #include <sys/ioctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <atomic>
 #include <cerrno>
@@ -12,6 +14,7 @@
 #include "platform/pipe.h"
 #include "support/system.h"
 #include "usb/descriptors.h"
+#include "usb/examination.h"
 
 using namespace std::chrono_literals;
 using fake::Bytes;
@@ -236,6 +239,46 @@ TEST_F(UsbControl, NumbersPrintersByTheirPortsWithoutTheUnusable) {
     fake::plug("1-4", "0009");
     EXPECT_EQ(SDKUsb_Open(1), 1U) << "the one with the same serial at another port";
     for (uint32_t number = 0; number < 3; ++number) SDKUsb_Close(number);
+}
+
+TEST_F(UsbControl, OpensAnewInTheChildOfAFork) {
+#if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
+    GTEST_SKIP() << "The sanitizers' own locks and threads don't survive a fork beside other threads.";
+#endif
+    echo();
+    Host host;
+    ASSERT_TRUE(exchanges(host, 1));
+    const pid_t child = fork();
+    if (child == 0) {
+        fake::giveInterfaceTo("");  // the stand-in is the child's own
+        bool isGood = SDKUsb_CheckDeviceName(0) == none;
+        {
+            Host own;
+            isGood = isGood && own.device == 0 && exchanges(own, 2);
+        }
+        _exit(isGood ? 0 : 1);
+    }
+    int status = -1;
+    waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0);
+    EXPECT_TRUE(exchanges(host, 3));
+}
+
+TEST_F(UsbControl, TellsInWordsWhyAPrinterCantBeUsed) {
+    fake::plug("1-2", "", Bytes{18, 1, 0});
+    fake::plug("1-3", "0003");
+    fake::forbid("1-3");
+    char text[1000];
+    ASSERT_EQ(zprusbusb_examine(text, sizeof text), 3U);
+    EXPECT_STREQ(
+        text,
+        "port 1-1, serial 0001: may be used; nobody holds its interface.\n"
+        "port 1-2, serial none: its descriptors are not those of a printer; nobody holds its interface.\n"
+        "port 1-3, serial 0003: /dev/bus/usb/001/003: No such file or directory; nobody holds its "
+        "interface.\n");
+    EXPECT_EQ(zprusbusb_examine(text, 10), 3U);
+    EXPECT_STREQ(text, "port 1-1,");
+    EXPECT_EQ(zprusbusb_examine(nullptr, 0), 3U);
 }
 
 TEST_F(UsbControl, FindsNoEndpointsInDescriptorsThatAreCutOffOrLie) {

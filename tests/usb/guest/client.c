@@ -8,8 +8,10 @@
    client cut                            a page in which the printer is unplugged: 2600, then 2000
    client replug ROUNDS                  unplugs and plugs in, and finds the printer by the same number
    client hold SECONDS [child]           one exchange, then nothing; with a child that lives as long
+   client examine WORDS                  what the control library says of the printers has them
    PRINTER in the environment chooses the printer by its number. */
 #include <dirent.h>
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <linux/usbdevice_fs.h>
 #include <stdint.h>
@@ -223,6 +225,16 @@ static int hold(unsigned seconds, int with_child) {
     return failed;
 }
 
+static int examine(const char* words) {
+    char text[1000];
+    void* library = dlopen("libRQX5820UsbCtrl.so", RTLD_NOW);
+    uint32_t (*function)(char*, uint32_t);
+    *(void**)&function = dlsym(library, "zprusbusb_examine");
+    function(text, sizeof text);
+    printf("%s", text);
+    return strstr(text, words) == NULL;
+}
+
 static int run(int count, char** words) {
     const char* what = words[1];
     if (strcmp(what, "exchange") == 0)
@@ -241,6 +253,7 @@ int main(int count, char** words) {
     uint16_t code = 0;
     const char* printer = getenv("PRINTER");
     if (count < 2) return 2;
+    if (strcmp(words[1], "examine") == 0) return examine(words[2]);
     if (!zprusb_open(&code)) {
         printf("open: %u\n", code);
         return 1;
