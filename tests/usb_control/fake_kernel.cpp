@@ -231,6 +231,10 @@ int openNode(Kernel& all, const std::string& path) {
 
 }  // namespace
 
+unsigned bus() {
+    return 1 + static_cast<unsigned>(getpid()) % 999;
+}
+
 Bytes goodDescriptors() {
     return {18,   1, 0, 2, 0, 0, 0, 64, 0x2C, 0x5A, 0x12, 0, 0, 1, 1, 2,  3, 1, 9, 2, 32,   0, 1,  1, 0,
             0xC0, 1, 9, 4, 0, 0, 2, 7,  1,    2,    0,    7, 5, 1, 2, 64, 0, 0, 7, 5, 0x82, 2, 64, 0, 0};
@@ -252,12 +256,12 @@ void plug(const std::string& port, const std::string& serial, const Bytes& descr
     writeFile(folder / "idVendor", "5a2c\n");
     writeFile(folder / "idProduct", "0012\n");
     writeFile(folder / "serial", serial + "\n");
-    writeFile(folder / "busnum", "1\n");
+    writeFile(folder / "busnum", std::to_string(bus()) + "\n");
     writeFile(folder / "devnum", std::to_string(address) + "\n");
     writeFile(folder / "bConfigurationValue", "1\n");
     writeFile(folder / "descriptors", std::string(descriptors.begin(), descriptors.end()));
     char path[32];
-    std::snprintf(path, sizeof path, "/dev/bus/usb/001/%03u", address);
+    std::snprintf(path, sizeof path, "/dev/bus/usb/%03u/%03u", bus(), address);
     all.ports[path] = port;
 }
 

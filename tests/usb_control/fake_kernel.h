@@ -16,6 +16,9 @@ constexpr size_t packetSize = 64;
 
 Bytes goodDescriptors();
 
+/// The number of the bus, another one in each test that runs at the same time.
+unsigned bus();
+
 /// Back to a bus with one printer, at port 1-1, that answers nothing.
 void reset();
 

@@ -15,6 +15,7 @@
 #include "support/system.h"
 #include "usb/descriptors.h"
 #include "usb/examination.h"
+#include "usb/mark.h"
 
 using namespace std::chrono_literals;
 using fake::Bytes;
@@ -183,6 +184,20 @@ TEST_F(UsbControl, WaitsForAForeignProgramAndNeverRobsIt) {
     EXPECT_EQ(fake::count(USBDEVFS_DISCONNECT_CLAIM), 0U);
 }
 
+TEST_F(UsbControl, KnowsItsOwnHolderByTheLastMarkAlone) {
+    usb::ConnectedPrinter printer;
+    printer.bus = fake::bus();
+    printer.address = 200;
+    usb::Mark stopped(printer), robber(printer), another(printer);
+    EXPECT_FALSE(another.isSetElsewhere());
+    stopped.set();
+    EXPECT_TRUE(another.isSetElsewhere());
+    robber.set();
+    EXPECT_TRUE(another.isSetElsewhere());
+    robber.remove();
+    EXPECT_FALSE(another.isSetElsewhere());
+}
+
 TEST_F(UsbControl, TakesTheInterfaceBackThatWasTakenFromIt) {
     Host host;
     echo();
@@ -270,12 +285,15 @@ TEST_F(UsbControl, TellsInWordsWhyAPrinterCantBeUsed) {
     fake::forbid("1-3");
     char text[1000];
     ASSERT_EQ(zprusbusb_examine(text, sizeof text), 3U);
-    EXPECT_STREQ(
-        text,
+    char words[1000];
+    std::snprintf(
+        words, sizeof words,
         "port 1-1, serial 0001: may be used; nobody holds its interface.\n"
         "port 1-2, serial none: its descriptors are not those of a printer; nobody holds its interface.\n"
-        "port 1-3, serial 0003: /dev/bus/usb/001/003: No such file or directory; nobody holds its "
-        "interface.\n");
+        "port 1-3, serial 0003: /dev/bus/usb/%03u/003: No such file or directory; nobody holds its "
+        "interface.\n",
+        fake::bus());
+    EXPECT_STREQ(text, words);
     EXPECT_EQ(zprusbusb_examine(text, 10), 3U);
     EXPECT_STREQ(text, "port 1-1,");
     EXPECT_EQ(zprusbusb_examine(nullptr, 0), 3U);
