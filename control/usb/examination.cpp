@@ -55,17 +55,15 @@ bool hasOpen(const char* process, const char* node) {
     return found;
 }
 
-// The first other process that has the node open; 0 for none, or when it is hidden from this user.
-int processWith(const char* node) {
+// All but this one; the holder is among them, unless it is hidden from this user.
+void addProcessesWith(const char* node, Text& text) {
     DIR* processes = opendir("/proc");
-    if (processes == nullptr) return 0;
-    int found = 0;
+    if (processes == nullptr) return;
     while (const dirent* entry = readdir(processes)) {
         const int process = std::atoi(entry->d_name);
-        if (found == 0 && process > 0 && process != getpid() && hasOpen(entry->d_name, node)) found = process;
+        if (process > 0 && process != getpid() && hasOpen(entry->d_name, node)) text.add(" %d", process);
     }
     closedir(processes);
-    return found;
 }
 
 void addPermission(const ConnectedPrinter& printer, const char* node, Text& text) {
@@ -94,9 +92,9 @@ void addHolder(const ConnectedPrinter& printer, const char* node, Text& text) {
         return text.add("the kernel's %s holds its interface until it is used", driver);
     if (Mark(printer).isSetElsewhere())
         return text.add("a program of this library holds its interface, and shares it");
-    text.add("another program holds its interface, which is not taken from it");
-    const int process = processWith(node);
-    if (process != 0) text.add(": process %d", process);
+    text.add(
+        "another program holds its interface, which is not taken from it; the device is open in the processes");
+    addProcessesWith(node, text);
 }
 
 }  // namespace
