@@ -13,15 +13,18 @@ install(TARGETS zprusb_simulator EXPORT zprusb-targets INCLUDES DESTINATION ${CM
   RUNTIME DESTINATION ${simulator_folder}
   LIBRARY DESTINATION ${simulator_folder}
   ARCHIVE DESTINATION ${simulator_folder})
-install(FILES include/zprusb.h include/zprusb_text.h simulator/zprusb_simulator.h
+install(FILES include/zprusb.h include/zprusb_text.h control/simulator/zprusb_simulator.h
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 
 file(RELATIVE_PATH libraries_from_programs /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
 set_target_properties(zprusb_tool zprusb_service PROPERTIES INSTALL_RPATH "$ORIGIN/${libraries_from_programs}")
 install(TARGETS zprusb_tool zprusb_service zprusb_simulator_tool)
 
-# The folder of the lock files, made when the system starts.
+# The control library for real printers stands apart as well, and a rule gives their users the printers' files. The
+# folder of the lock files is made when the system starts.
 if(NOT WIN32)
+  install(TARGETS zprusb_usb LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/zprusb/usb)
+  install(FILES packaging/70-zprusb.rules DESTINATION lib/udev/rules.d)
   install(FILES packaging/tmpfiles.conf DESTINATION lib/tmpfiles.d RENAME zprusb.conf)
 endif()
 

@@ -4,10 +4,10 @@
 #include "api/internal.h"
 #include "api/object_table.h"
 #include "calls.h"
+#include "common/device_change.h"
 #include "open_printer.h"
 #include "operations.h"
 #include "platform/thread.h"
-#include "simulator/system.h"
 #include "support/latch.h"
 
 namespace {
@@ -183,7 +183,7 @@ TEST_F(PluggedPrinters, areClosedByTheLastCloseHoweverManyThereWere) {
 
 TEST_F(PluggedPrinters, doNotKeepTheLibraryFromClosingWhenTheyHaveJustChanged) {
     for (int round = 0; round < 20; ++round) {
-        simulator::notifyDeviceChange();
+        control::notifyDeviceChange();
         platform::sleepMilliseconds(static_cast<uint32_t>(round) * 10);
         const auto start = std::chrono::steady_clock::now();
         zprusb_close();

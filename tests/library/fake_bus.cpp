@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "simulator/system.h"
+#include "common/device_change.h"
 
 namespace {
 
@@ -177,7 +177,7 @@ size_t FakeBus::countCalls(const std::string& start) {
 bool FakeBus::isClosedOnAChange(size_t deviceNumber, size_t times) {
     const std::string call = "Close " + std::to_string(deviceNumber);
     for (int wait = 0; wait < 20'000 && countCalls(call) < times; ++wait) {
-        simulator::notifyDeviceChange();
+        control::notifyDeviceChange();
         platform::sleepMilliseconds(1);
     }
     return countCalls(call) == times;

@@ -11,7 +11,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "control_library.h"
+#include "common/control_library.h"
 #include "platform/pipe.h"
 #include "support/bytes.h"
 #include "zprusb_simulator.h"

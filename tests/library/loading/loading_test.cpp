@@ -8,10 +8,10 @@
 #include <iostream>
 
 #include "calls.h"
+#include "common/device_change.h"
 #include "fake_control_library.h"
 #include "platform/module.h"
 #include "platform/thread.h"
-#include "simulator/system.h"
 #include "support/system.h"
 
 namespace fs = std::filesystem;
@@ -96,7 +96,7 @@ uint16_t unloadTheOpenLibrary() {
     const Library library(fs::absolute(folderName / libraryFile));
     const uint16_t code = library.open();
     platform::unloadModule(library.module);
-    while (!deviceChecked) simulator::notifyDeviceChange();  // by the library's thread, in what is left of it
+    while (!deviceChecked) control::notifyDeviceChange();  // by the library's thread, in what is left of it
     return code;
 }
 

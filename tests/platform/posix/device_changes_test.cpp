@@ -7,8 +7,8 @@
 #include <fstream>
 #include <string>
 
+#include "common/device_change.h"
 #include "device_event.h"
-#include "simulator/system.h"
 
 using namespace platform;
 
@@ -18,14 +18,14 @@ TEST(DeviceChangesOfTheSystem, theFirstOfTheProcessMakesOneOfAllThatWasPostedAnd
         DeviceChanges* second = openDeviceChanges();
         // Devices may really come and go on the machine that runs the tests.
         while (takeDeviceChange(first) || takeDeviceChange(second)) continue;
-        for (int i = 0; i < 3; ++i) simulator::notifyDeviceChange();
+        for (int i = 0; i < 3; ++i) control::notifyDeviceChange();
         EXPECT_FALSE(takeDeviceChange(second));
         EXPECT_TRUE(takeDeviceChange(first));
         EXPECT_FALSE(takeDeviceChange(first));
         closeDeviceChanges(first);
         EXPECT_TRUE(takeDeviceChange(second)) << "what nobody took may have been lost";
         EXPECT_FALSE(takeDeviceChange(second));
-        simulator::notifyDeviceChange();
+        control::notifyDeviceChange();
         EXPECT_TRUE(takeDeviceChange(second));
         closeDeviceChanges(second);
     }
