@@ -9,8 +9,8 @@ namespace tool {
 /// The file of the library RQX5820usb that this program calls: the program itself where it carries it within.
 std::string fileOfLibrary();
 
-/// The folders where the library's control library is looked for: beside the library; by a program that carries it
-/// within, beside the one that is installed, and else beside the program. In UTF-8.
+/// The folders where the library's control library is looked for: beside the library; by a program that carries
+/// it within, beside the one that is installed, and else beside the program. In UTF-8.
 std::vector<std::string> controlFolders();
 
 /// The file name that the system gives a library: libNAME.so or NAME.dll.
