@@ -10,7 +10,7 @@ import pathlib
 import re
 import sys
 
-import help
+import descriptions
 import roff
 
 TOOLS = ("zprusb", "zprusb-service", "zprusb-simulator")
@@ -144,7 +144,7 @@ def completion(tool, shell):
 
 
 def main(program, name, version, date, guide, heading, folder):
-    tool = help.read(program, [name])
+    tool = descriptions.read(program, [name])
     folder = pathlib.Path(folder)
     folder.mkdir(parents=True, exist_ok=True)
     page = manual_page(tool, version, date, guide_sections(guide, heading))

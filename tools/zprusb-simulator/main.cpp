@@ -12,8 +12,6 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-constexpr int exitNoSimulation = 5;
-
 Json ask(uint32_t process, const Json& request) {
     const auto answer = simulator::askProcess(process, request.dump());
     Json parsed = answer ? Json::parse(*answer, nullptr, false) : Json();
@@ -93,10 +91,9 @@ int run(const Arguments& arguments, const std::vector<uint32_t>& processes, cons
 int runCommand(const Arguments& arguments) {
     const auto processes =
         arguments.process ? std::vector{*arguments.process} : simulator::simulatingProcesses();
-    if (processes.empty()) {
-        complain("No running program of yours has opened the library with the simulator.");
-        return exitNoSimulation;
-    }
+    if (processes.empty())
+        throw Refusal("No running program of yours has opened the library with the simulator.", ZPRUSB_SUCCESS,
+                      exitNoPrinter);
     return std::visit([&](const auto& command) { return run(arguments, processes, command); },
                       arguments.command);
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "failure.h"
 #include "file.h"
 #include "platform/named_mutex.h"
 #include "program.h"
@@ -131,7 +132,7 @@ void Inbox::start() {
     target += startedMark;
     std::error_code error;
     fs::rename(where_, target, error);
-    if (error) refuseFile(name_, "can't be moved.");
+    if (error) throw Refusal("'" + name_ + "' can't be moved.");
     where_ = target;
 }
 

@@ -48,7 +48,7 @@ public:
     /// Undoes take().
     void giveBack();
 
-    /// From now on a part of the picture may be on paper. @throws UnusableFile
+    /// From now on a part of the picture may be on paper. @throws Refusal
     void start();
 
     /// Moves the picture below the folder `where`, under another name if there is one of that name.

@@ -81,11 +81,6 @@ void send(ByteView pixels, std::chrono::seconds stallLimit, const std::function<
     }
 }
 
-/// Printing a page, or in other hands.
-bool isOccupied(uint16_t code) {
-    return code == ZPRUSB_CONDITION_2100 || code == ZPRUSB_PRINTER_BUSY;
-}
-
 uint16_t statusOf(const Printer& printer) {
     return printer.status({printer.number()}).front();
 }
@@ -119,6 +114,10 @@ uint16_t awaitFree(const Printer& printer, const std::optional<unsigned>& second
 }
 
 }  // namespace
+
+bool isOccupied(uint16_t code) {
+    return code == ZPRUSB_CONDITION_2100 || code == ZPRUSB_PRINTER_BUSY;
+}
 
 uint16_t sendPage(const Printer& printer, const Page& page, std::chrono::seconds stallLimit,
                   const std::function<void(size_t)>& progress) {

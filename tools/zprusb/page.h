@@ -19,6 +19,9 @@ struct Page {
     Bytes pixels;                    // 8-bit RGB, row by row
 };
 
+/// Whether a status means that the printer is printing a page, or in other hands.
+bool isOccupied(uint16_t code);
+
 /// Sends a page to the selected printer, and asks it afterwards whether it is still well. Ctrl-C, once it is
 /// noted, ends the page before its next piece of data.
 /// @param stallLimit how long the printer may take no data. A call that is stuck can't be ended, so the program

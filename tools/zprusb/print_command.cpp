@@ -218,9 +218,9 @@ public:
     std::optional<View> look() {
         const auto picture = inbox_.next();
         if (!picture) return std::nullopt;
-        const std::string trouble = troubleOfPrinter();
-        if (trouble.empty()) return print(*picture);
-        tellOnce(trouble);
+        const uint16_t code = codeOfPrinter();
+        if (code == ZPRUSB_SUCCESS) return print(*picture);
+        if (!isOccupied(code)) tellOnce("The pictures wait. " + resultSentence(code));
         return std::nullopt;
     }
 
@@ -260,20 +260,19 @@ private:
         return failureOf(picture.name, failure);
     }
 
-    /// A sentence, or nothing when a printer is ready. One that was lost is found again only when the library
-    /// is opened anew.
-    std::string troubleOfPrinter() {
+    /// Success when a printer is ready. One that was lost is found again only when the library is opened anew.
+    uint16_t codeOfPrinter() {
         Printer& printer = printing_.printer();
         std::vector<uint8_t> numbers = {printer.number()};
         if (any_) numbers = numbersOf(printer);
         const std::vector<uint16_t> codes =
             numbers.empty() ? std::vector<uint16_t>{ZPRUSB_NO_PRINTER_FOUND} : printer.status(numbers);
-        if (std::ranges::find(codes, uint16_t{ZPRUSB_SUCCESS}) != codes.end()) return "";
+        if (std::ranges::find(codes, uint16_t{ZPRUSB_SUCCESS}) != codes.end()) return ZPRUSB_SUCCESS;
         const auto isLost = [](uint16_t code) {
             return code == ZPRUSB_NO_PRINTER || code == ZPRUSB_NO_PRINTER_FOUND || code == ZPRUSB_COMMUNICATION;
         };
         if (std::ranges::any_of(codes, isLost)) printer.reopen();
-        return "The pictures wait. " + resultSentence(codes.front());
+        return codes.front();
     }
 
     /// Not again and again while nothing else happens.
