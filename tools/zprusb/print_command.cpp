@@ -5,11 +5,10 @@
 #include "commands.h"
 #include "failure.h"
 #include "file.h"
-#include "image/picture.h"
 #include "image/picture_file.h"
 #include "inbox.h"
 #include "page.h"
-#include "png_file.h"
+#include "png.h"
 #include "printer.h"
 #include "program.h"
 #include "progress_bar.h"
@@ -35,12 +34,12 @@ std::string namesOf(const std::vector<MediaSize>& offered) {
 }
 
 Sheet chooseSheet(const std::vector<MediaSize>& offered, const PrintArguments& arguments,
-                  const Picture& picture) {
+                  const PictureReader& picture) {
     if (offered.empty())
         throw Refusal("The printer's list of media is empty or did not arrive whole. " +
                           resultSentence(ZPRUSB_COMMUNICATION),
                       ZPRUSB_COMMUNICATION);
-    const double ratio = static_cast<double>(picture.width) / picture.height;
+    const double ratio = static_cast<double>(picture.size().width) / picture.size().height;
     const auto sheet = arguments.size ? findSheet(offered, *arguments.size) : suitableSheet(offered, ratio);
     if (!sheet)
         throw Refusal(resultSentence(ZPRUSB_BAD_ARGUMENT) + " The printer offers: " + namesOf(offered) + ".",
@@ -59,14 +58,20 @@ Extent dotsOfPage(const Sheet& sheet, const std::optional<uint8_t>& section) {
     return dots;
 }
 
-Job jobOf(const PrintArguments& arguments, const Picture& picture, const Sheet& sheet) {
+Job jobOf(const PrintArguments& arguments, const PictureReader& picture, const Sheet& sheet) {
     constexpr double hundredthsPerMillimetre = 100;
     const Extent dots = dotsOfPage(sheet, arguments.section);
     Layout layout{.scaling = arguments.fit ? Scaling::fit : Scaling::fill,
                   .gravity = arguments.gravity,
                   .border = dotsOf(static_cast<uint32_t>(arguments.border * hundredthsPerMillimetre))};
     if (arguments.rotation) layout.quarters = *arguments.rotation / 90;
-    return {{sheet, arguments.copies, arguments.section, laidOut(picture, dots, layout).pixels}, dots};
+    return {{sheet, arguments.copies, arguments.section, picture.page(dots, layout).pixels}, dots};
+}
+
+PictureReader open(const std::string& image, const PrintArguments& arguments) {
+    Reading reading{.mostPixels = arguments.mostPixels, .force = arguments.force, .intent = arguments.intent};
+    if (!arguments.profile.empty()) reading.printerProfile = loadProfile(arguments.profile);
+    return openPicture(image, reading);
 }
 
 Json dataOf(const Sheet& sheet) {
@@ -129,7 +134,7 @@ public:
 
     Printer& printer() { return printer_; }
 
-    View print(const std::string& image, const Picture& picture) {
+    View print(const std::string& image, const PictureReader& picture) {
         if (arguments_.any) {
             selectReady(printer_);
         } else if (common_.waitWasAsked || pages_ > 0) {
@@ -154,11 +159,11 @@ private:
 };
 
 int preview(const CommonArguments& common, const PrintArguments& arguments) {
-    const Picture picture = loadPicture(arguments.images.front());
+    const PictureReader picture = open(arguments.images.front(), arguments);
     const Sheet sheet = arguments.size ? sheetOf(*arguments.size)
                                        : chooseSheet(Printer(common.printer).mediaList(), arguments, picture);
     const Job job = jobOf(arguments, picture, sheet);
-    writeFile(arguments.preview, pngOf({job.dots.width, job.dots.height, job.page.pixels}));
+    writeFile(arguments.preview, simulator::encodePng(job.page.pixels, job.dots.width, job.dots.height));
     show({{{"image", arguments.images.front()}, {"preview", arguments.preview}, {"media", dataOf(sheet)}},
           "Wrote the page, " + sizeName(sheet.width(), sheet.length) + ", into " + arguments.preview + ".\n"},
          common.json);
@@ -172,7 +177,7 @@ int printAll(const CommonArguments& common, const PrintArguments& arguments) {
     int status = exitSuccess;
     for (const std::string& image : arguments.images) {
         try {
-            const View view = printing.print(image, loadPicture(image));
+            const View view = printing.print(image, open(image, arguments));
             pages.push_back(view.data);
             if (!common.json) showLine(view, false);
         } catch (const Failure& failure) {
@@ -207,7 +212,7 @@ int watchFolder(const CommonArguments& common, const PrintArguments& arguments) 
         if (!isReady(printing.printer(), arguments.any)) continue;
         try {
             const std::string taken = inbox.take(*picture);
-            const View view = printing.print(*picture, loadPicture(taken));
+            const View view = printing.print(*picture, open(taken, arguments));
             inbox.put(*picture, Inbox::printed);
             showLine(view, common.json);
         } catch (const Failure& failure) {
@@ -230,7 +235,7 @@ int run(const CommonArguments& common, const PrintArguments& arguments) {
     if (!arguments.watch.empty()) return watchFolder(common, arguments);
     if (!arguments.preview.empty()) return preview(common, arguments);
     if (arguments.images.size() > 1) return printAll(common, arguments);
-    const Picture picture = loadPicture(arguments.images.front());
+    const PictureReader picture = open(arguments.images.front(), arguments);
     show(Printing(common, arguments).print(arguments.images.front(), picture), common.json);
     return exitSuccess;
 }
