@@ -134,9 +134,9 @@ TEST_F(Pictures, AFileCanNotAskForMoreThanItsPixelsNeed) {
     Bytes tall = png(patch({1, 2, 3}, 1, 1));
     const Bytes header = chunkOf("IHDR", joined(numbers({1, 2'000'000'000}), {8, 2, 0, 0, 0}));
     std::ranges::copy(header, tall.begin() + 8);
-    Bytes bomb = png(patch({1, 2, 3}, 1, 1));
+    Bytes bomb = png(patch({1, 2, 3}, 1, 2));
     const Bytes zeros = chunkOf("IDAT", zipped(Bytes(64 << 20)));
-    bomb.erase(bomb.end() - 12 - 12 - static_cast<ptrdiff_t>(zipped({0, 1, 2, 3}).size()), bomb.end() - 12);
+    bomb.erase(bomb.end() - 12 - 12 - static_cast<ptrdiff_t>(zipped({0, 1, 2, 3, 0, 1, 2, 3}).size()), bomb.end() - 12);
     bomb.insert(bomb.end() - 12, zeros.begin(), zeros.end());
     const struct {
         const char* what;

@@ -132,7 +132,7 @@ std::unique_ptr<ColourConversion> PictureReader::conversionFor(Decoder::Model mo
     }
 }
 
-void PictureReader::draw(const Placement& placement, Picture& page) const {
+void PictureReader::draw(const Placement& placement, Picture& page, uint32_t& rows) const {
     const auto decoder = makeDecoder(file_, inspection_, reading_.force);
     if (decoder->size() != inspection_.size) refuse("is damaged: it tells two sizes.");
     Pen pen(page, placement, conversionFor(decoder->model()));
@@ -146,7 +146,7 @@ void PictureReader::draw(const Placement& placement, Picture& page) const {
     Scaler scaler(size, across, down, samples,
                   [&pen](uint32_t number, const uint8_t* row) { pen.draw(number, row); });
     Bytes row(size_t{size.width} * samples);
-    for (uint32_t left = size.height; left > 0; --left) {
+    for (; rows < size.height; ++rows) {
         decoder->read(row.data());
         scaler.add(row.data());
     }
@@ -156,10 +156,13 @@ void PictureReader::draw(const Placement& placement, Picture& page) const {
 Picture PictureReader::page(Extent dots, const Layout& layout) const {
     Picture page{dots.width, dots.height, Bytes(size_t{dots.width} * dots.height * channels, 0xFF)};
     const auto placement = placementOf(inspection_.size, inspection_.turn, dots, layout);
+    uint32_t rows = 0;
     try {
-        if (placement) draw(*placement, page);
+        if (placement) draw(*placement, page, rows);
     } catch (const DecodingFailure& failure) {
-        refuseDamage("is damaged: " + std::string(failure.what()) + ".");
+        const std::string reason = "is damaged: " + std::string(failure.what()) + ".";
+        if (rows == 0) refuse(reason);
+        refuseDamage(reason);
     }
     return page;
 }

@@ -40,7 +40,8 @@ private:
     void requireBounds() const;
     std::unique_ptr<ColourConversion> conversionOf(const Bytes& profile, Decoder::Model model) const;
     std::unique_ptr<ColourConversion> conversionFor(Decoder::Model model) const;
-    void draw(const Placement& placement, Picture& page) const;
+    /// @param rows becomes the number of those that could be decoded.
+    void draw(const Placement& placement, Picture& page, uint32_t& rows) const;
 
     const std::string name_;
     const Bytes file_;

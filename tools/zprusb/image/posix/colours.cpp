@@ -2,6 +2,8 @@
 
 #include <lcms2.h>
 
+#include "icc.h"
+
 namespace tool {
 namespace {
 
@@ -17,12 +19,11 @@ Profile open(ByteView bytes) {
 }
 
 /// How the bytes of the decoder's pixels are to be read with a profile; of greys, one of three is enough.
-cmsUInt32Number formatOf(cmsHPROFILE profile, Decoder::Model model) {
-    const cmsColorSpaceSignature space = cmsGetColorSpace(profile);
-    if (model == Decoder::Model::cmyk && space == cmsSigCmykData) return TYPE_CMYK_8_REV;
-    if (model == Decoder::Model::rgb && space == cmsSigRgbData) return TYPE_RGB_8;
-    if (model == Decoder::Model::rgb && space == cmsSigGrayData)
+cmsUInt32Number formatOf(ByteView profile, Decoder::Model model) {
+    if (model == Decoder::Model::cmyk && isProfileFor("CMYK", profile)) return TYPE_CMYK_8_REV;
+    if (model == Decoder::Model::rgb && isProfileFor("GRAY", profile))
         return COLORSPACE_SH(PT_GRAY) | CHANNELS_SH(1) | EXTRA_SH(2) | BYTES_SH(1);
+    if (model == Decoder::Model::rgb && (profile.empty() || isProfileFor("RGB ", profile))) return TYPE_RGB_8;
     throw UnusableProfile("has a colour profile for other colours than its own.");
 }
 
@@ -49,8 +50,8 @@ private:
 std::unique_ptr<ColourConversion> makeConversion(ByteView from, ByteView to, Decoder::Model model,
                                                  Intent intent) {
     const Profile source = open(from), target = open(to);
-    Transform transform(cmsCreateTransform(source.get(), formatOf(source.get(), model), target.get(),
-                                           TYPE_RGB_8, intentOf(intent), cmsFLAGS_BLACKPOINTCOMPENSATION),
+    Transform transform(cmsCreateTransform(source.get(), formatOf(from, model), target.get(), TYPE_RGB_8,
+                                           intentOf(intent), cmsFLAGS_BLACKPOINTCOMPENSATION),
                         cmsDeleteTransform);
     if (!transform) throw UnusableProfile("has a colour profile that can't be used.");
     return std::make_unique<LittleConversion>(std::move(transform));

@@ -139,10 +139,11 @@ private:
     /// The library would decompress all that comes behind the last row, only to throw it away.
     static void giveBytes(png_structp png, png_bytep to, size_t size) {
         PngDecoder& self = of(png_get_io_ptr(png));
-        if (size > self.rest_.size()) png_error(png, "the file is too short");
+        const ByteView bytes = self.rest_.first(std::min(size, self.rest_.size()));
+        if (bytes.size() < size && (bytes.empty() || !self.force_)) png_error(png, "the file is too short");
         if (size > self.surplus_) png_error(png, "there are more data than pixels");
-        std::memcpy(to, self.rest_.data(), size);
-        self.rest_ = self.rest_.subspan(size);
+        std::ranges::fill(std::ranges::copy(bytes, to).out, to + size, uint8_t{0});
+        self.rest_ = self.rest_.subspan(bytes.size());
         self.surplus_ -= size;
     }
 
