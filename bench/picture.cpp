@@ -38,11 +38,10 @@ int main(int count, char** arguments) {
     if (count != 5) return 2;
     const Extent page{static_cast<uint32_t>(std::stoul(arguments[3])),
                       static_cast<uint32_t>(std::stoul(arguments[4]))};
-    Bytes file = contentOf(arguments[2]);
     if (arguments[1] == std::string("decode")) {
-        decode(file, page);
+        decode(contentOf(arguments[2]), page);
         return 0;
     }
-    const Bytes pixels = PictureReader(arguments[2], std::move(file), {}).page(page, {}).pixels;
+    const Bytes pixels = PictureReader(arguments[2], contentOf(arguments[2]), {}).page(page, {}).pixels;
     return std::fwrite(pixels.data(), 1, pixels.size(), stdout) == pixels.size() ? 0 : 1;
 }

@@ -136,7 +136,8 @@ TEST_F(Pictures, AFileCanNotAskForMoreThanItsPixelsNeed) {
     std::ranges::copy(header, tall.begin() + 8);
     Bytes bomb = png(patch({1, 2, 3}, 1, 2));
     const Bytes zeros = chunkOf("IDAT", zipped(Bytes(64 << 20)));
-    bomb.erase(bomb.end() - 12 - 12 - static_cast<ptrdiff_t>(zipped({0, 1, 2, 3, 0, 1, 2, 3}).size()), bomb.end() - 12);
+    bomb.erase(bomb.end() - 12 - 12 - static_cast<ptrdiff_t>(zipped({0, 1, 2, 3, 0, 1, 2, 3}).size()),
+               bomb.end() - 12);
     bomb.insert(bomb.end() - 12, zeros.begin(), zeros.end());
     const struct {
         const char* what;

@@ -51,11 +51,11 @@ public:
             jpeg_read_header(&info_, TRUE);
         });
         if (!begun) fail();
-        if (model() == Model::cmyk) info_.out_color_space = JCS_CMYK;
-        if (model() == Model::rgb) info_.out_color_space = JCS_RGB;
+        if (info_.num_components == 4) model_ = Model::cmyk;
+        info_.out_color_space = model_ == Model::cmyk ? JCS_CMYK : JCS_RGB;
     }
 
-    Model model() const override { return info_.num_components == 4 ? Model::cmyk : Model::rgb; }
+    Model model() const override { return model_; }
 
     Extent size() const override { return {info_.image_width, info_.image_height}; }
 
@@ -69,7 +69,7 @@ public:
     void read(uint8_t* row) override {
         if (!succeeds(reports_.escape, [&] { jpeg_read_scanlines(&info_, &row, 1); })) fail();
         // Those who write the marker store inks the other way round.
-        if (model() == Model::cmyk && !info_.saw_Adobe_marker)
+        if (model_ == Model::cmyk && !info_.saw_Adobe_marker)
             for (uint8_t* byte = row; byte < row + 4 * size_t{info_.output_width}; ++byte)
                 *byte = static_cast<uint8_t>(~*byte);
     }
@@ -81,6 +81,7 @@ private:
 
     Reports reports_{};
     Decompressor info_;
+    Model model_ = Model::rgb;
 };
 
 }  // namespace
