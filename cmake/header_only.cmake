@@ -2,7 +2,7 @@
 # /usr/include itself would bring the host's C library headers into the cross build.
 set(header_only ${PROJECT_BINARY_DIR}/header-only)
 file(MAKE_DIRECTORY ${header_only})
-foreach(library CLI nlohmann stb)
+foreach(library CLI nlohmann)
   if(NOT EXISTS /usr/include/${library})
     message(FATAL_ERROR "/usr/include/${library} is missing; scripts/install-dependencies installs it.")
   endif()

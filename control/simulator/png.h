@@ -1,11 +1,14 @@
 /// PNG pictures.
 #pragma once
 
-#include "protocol.h"
+#include <cstdint>
+#include <span>
+#include <vector>
 
 namespace simulator {
 
 /// @param pixels 8-bit RGB, row by row without gaps.
-Bytes encodePng(ByteView pixels, uint32_t width, uint32_t height);
+/// @throws std::bad_alloc
+std::vector<uint8_t> encodePng(std::span<const uint8_t> pixels, uint32_t width, uint32_t height);
 
 }  // namespace simulator

@@ -7,15 +7,7 @@
 #include <random>
 
 #include "campaign.h"
-
-#define STB_IMAGE_IMPLEMENTATION
-#define STB_IMAGE_STATIC
-#define STBI_ONLY_PNG
-#define STBI_NO_STDIO
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wunused-function"
-#include <stb/stb_image.h>
-#pragma GCC diagnostic pop
+#include "support/pictures.h"
 
 namespace {
 
@@ -84,15 +76,9 @@ unsigned work(uint8_t author, const std::atomic<bool>& timeIsUp) {
 /// The author of a page, which every byte of it tells; 255 if they disagree.
 uint8_t authorOf(const fs::path& picture) {
     std::ifstream file(picture, std::ios::binary);
-    const std::string png(std::istreambuf_iterator<char>(file), {});
-    int width = 0, height = 0, channels = 0;
-    stbi_uc* pixels = stbi_load_from_memory(reinterpret_cast<const stbi_uc*>(png.data()),
-                                            static_cast<int>(png.size()), &width, &height, &channels, 3);
-    if (pixels == nullptr) return 255;
-    const bool agree = std::all_of(pixels, pixels + pageSize, [&](stbi_uc byte) { return byte == pixels[0]; });
-    const uint8_t author = agree ? pixels[0] : 255;
-    stbi_image_free(pixels);
-    return author;
+    const test::Content pixels = test::readPng({std::istreambuf_iterator<char>(file), {}}).bytes;
+    if (pixels.size() != pageSize) return 255;
+    return std::ranges::all_of(pixels, [&](uint8_t byte) { return byte == pixels[0]; }) ? pixels[0] : 255;
 }
 
 /// The number of the printer that printed a page, from the sheet beside the picture.

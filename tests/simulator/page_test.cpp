@@ -3,7 +3,7 @@
 #include <thread>
 
 #include "host.h"
-#include "picture_file.h"
+#include "support/pictures.h"
 
 using namespace test;
 
@@ -22,6 +22,12 @@ Bytes printLongRequest(uint8_t section, uint16_t width, uint16_t length) {
 
 class Pages : public SimulatorTest {
 protected:
+    static Pixels lastPicture() {
+        const std::string path = lastPage();
+        std::ifstream file(fs::path(std::u8string(path.begin(), path.end())), std::ios::binary);
+        return readPng({std::istreambuf_iterator<char>(file), {}});
+    }
+
     static std::string lastPage() {
         char path[1024] = "";
         EXPECT_GT(zprusbsim_lastPage(0, path, sizeof path), 0u);
@@ -45,10 +51,10 @@ TEST_F(Pages, BecomeAPictureAndADataSheet) {
     ASSERT_EQ(zprusbsim_waitForPages(0, 1, patience), 1u);
     const std::u8string path = (folder / "0001.png").u8string();
     EXPECT_EQ(lastPage(), std::string(path.begin(), path.end()));
-    const tool::Picture picture = tool::loadPicture(lastPage());
+    const Pixels picture = lastPicture();
     EXPECT_EQ(picture.width, 120u);
     EXPECT_EQ(picture.height, 60u);
-    EXPECT_EQ(picture.pixels, pattern(smallPageSize));
+    EXPECT_EQ(picture.bytes, pattern(smallPageSize));
     Json sheet = dataSheet(1);
     EXPECT_EQ(sheet["printer"], state()["serial"]);
     sheet.erase("printer");
@@ -93,7 +99,7 @@ TEST_F(Pages, MayBeLongOrASection) {
     for (const auto& [section, width, length, columns, rows] : cases) {
         host.transfer(printLongRequest(section, width, length), pattern(size_t{3} * columns * rows));
         ASSERT_EQ(zprusbsim_waitForPages(0, static_cast<uint32_t>(++pages), patience), 1u);
-        const tool::Picture picture = tool::loadPicture(lastPage());
+        const Pixels picture = lastPicture();
         EXPECT_EQ(picture.width, columns);
         EXPECT_EQ(picture.height, rows);
         EXPECT_EQ(dataSheet(pages)["section"], section);
@@ -148,7 +154,7 @@ TEST_F(Pages, WhoseDataStopComingAreWrittenAsIncompleteAndNotCounted) {
     EXPECT_EQ(dataSheet(1)["complete"], false);
     EXPECT_EQ(dataSheet(1)["bytesArrived"], 3600);
     const Bytes expected = concatenate(Bytes(3600, 5), Bytes(smallPageSize - 3600, 0xFF));
-    EXPECT_EQ(tool::loadPicture(lastPage()).pixels, expected) << "the rest stays white";
+    EXPECT_EQ(lastPicture().bytes, expected) << "the rest stays white";
 }
 
 TEST_F(Pages, MayBeFollowedByAnyAmountOfBytesWhoseAnswersNobodyReads) {

@@ -156,27 +156,24 @@ TEST_F(Print, TransparentPartsAreWhitePaper) {
     EXPECT_EQ(coloursOf(pageOf(png(glass, 4))), "WWWW");
 }
 
-/// A JPEG file with a camera's note about the orientation.
-Bytes withOrientation(Bytes jpeg, bool littleEndian, uint8_t orientation) {
-    const Bytes intel = {0xFF, 0xE1, 0,    34, 'E', 'x', 'i', 'f', 0, 0, 'I',         'I', 42, 0, 8, 0, 0, 0,
-                         1,    0,    0x12, 1,  3,   0,   1,   0,   0, 0, orientation, 0,   0,  0, 0, 0, 0, 0};
-    const Bytes motorola = {0xFF, 0xE1, 0, 34,   'E', 'x', 'i', 'f', 0, 0, 'M', 'M',         0, 42, 0, 0, 0, 8,
-                            0,    1,    1, 0x12, 0,   3,   0,   0,   0, 1, 0,   orientation, 0, 0,  0, 0, 0, 0};
-    const Bytes& note = littleEndian ? intel : motorola;
-    jpeg.insert(jpeg.begin() + 2, note.begin(), note.end());
-    return jpeg;
+/// A camera's note about the orientation.
+Bytes noteOf(bool littleEndian, uint8_t orientation) {
+    const Bytes intel = {'E',  'x', 'i', 'f', 0, 0, 'I', 'I', 42,          0, 8, 0, 0, 0, 1, 0,
+                         0x12, 1,   3,   0,   1, 0, 0,   0,   orientation, 0, 0, 0, 0, 0, 0, 0};
+    const Bytes motorola = {'E', 'x',  'i', 'f', 0, 0, 'M', 'M', 0, 42,          0, 0, 0, 8, 0, 1,
+                            1,   0x12, 0,   3,   0, 0, 0,   1,   0, orientation, 0, 0, 0, 0, 0, 0};
+    return segmentOf(0xE1, littleEndian ? intel : motorola);
 }
 
 TEST_F(Print, APhotoIsPrintedUprightWhateverWayTheCameraWasHeld) {
     const std::pair<uint8_t, const char*> cases[] = {{1, "RGBW"}, {2, "GRWB"}, {3, "WBGR"}, {4, "BWRG"},
                                                      {5, "RBGW"}, {6, "GWRB"}, {7, "WGBR"}, {8, "BRWG"},
                                                      {0, "RGBW"}, {9, "RGBW"}};
-    for (const auto& [orientation, stored] : cases) {
+    for (const auto& [orientation, colours] : cases) {
         const bool onItsSide = orientation >= 5 && orientation <= 8;
-        const Bytes photo = jpeg(onItsSide ? quarters(160, 240, stored) : quarters(240, 160, stored));
-        EXPECT_EQ(coloursOf(pageOf(withOrientation(photo, orientation % 3 == 0, orientation), "--size 3x2")),
-                  "RGBW")
-            << int{orientation};
+        const Picture stored = onItsSide ? quarters(1600, 2400, colours) : quarters(240, 160, colours);
+        const Bytes photo = jpeg(stored, 3, noteOf(orientation % 3 == 0, orientation));
+        EXPECT_EQ(coloursOf(pageOf(photo, "--size 3x2")), "RGBW") << int{orientation};
     }
 }
 

@@ -1,12 +1,8 @@
 #include "workshop.h"
 
-#include <stb/stb_image.h>
-#include <stb/stb_image_write.h>
-
 #include <fstream>
 #include <iomanip>
 #include <iterator>
-#include <memory>
 #include <random>
 #include <sstream>
 #include <string_view>
@@ -25,12 +21,6 @@ fs::path pathOf(const std::string& utf8) {
 Bytes contentOf(const fs::path& file) {
     std::ifstream stream(file, std::ios::binary);
     return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-void append(void* bytes, void* data, int size) {
-    const auto* first = static_cast<const uint8_t*>(data);
-    auto& target = *static_cast<Bytes*>(bytes);
-    target.insert(target.end(), first, first + size);
 }
 
 fs::path pageFile(int number, const char* suffix) {
@@ -99,35 +89,23 @@ Bytes Workshop::read(const std::string& name) {
 }
 
 Picture Workshop::printedPage(int number) {
-    const Bytes content = contentOf(folder_ / pageFile(number, ".png"));
-    int width = 0, height = 0, channels = 0;
-    const std::unique_ptr<stbi_uc, decltype(&stbi_image_free)> pixels(
-        stbi_load_from_memory(content.data(), static_cast<int>(content.size()), &width, &height, &channels, 3),
-        stbi_image_free);
-    EXPECT_TRUE(pixels) << "page " << number << " was not printed";
-    if (!pixels) return {};
+    const Pixels page = readPng(contentOf(folder_ / pageFile(number, ".png")));
+    EXPECT_FALSE(page.bytes.empty()) << "page " << number << " was not printed";
+    if (page.bytes.empty()) return {};
     EXPECT_EQ(printedSheet(number).value("complete", false), true);
-    const size_t size = static_cast<size_t>(width) * static_cast<size_t>(height) * 3;
-    return {static_cast<uint32_t>(width), static_cast<uint32_t>(height),
-            Bytes(pixels.get(), pixels.get() + size)};
+    return {page.width, page.height, page.bytes};
 }
 
 Json Workshop::printedSheet(int number) {
     return Json::parse(contentOf(folder_ / pageFile(number, ".json")), nullptr, false);
 }
 
-Bytes png(const Picture& picture, int channels) {
-    Bytes bytes;
-    stbi_write_png_to_func(append, &bytes, static_cast<int>(picture.width), static_cast<int>(picture.height),
-                           channels, picture.pixels.data(), 0);
-    return bytes;
+Bytes png(const Picture& picture, unsigned channels, const Bytes& chunks) {
+    return pngOf({picture.width, picture.height, picture.pixels}, channels, chunks);
 }
 
-Bytes jpeg(const Picture& picture) {
-    Bytes bytes;
-    stbi_write_jpg_to_func(append, &bytes, static_cast<int>(picture.width), static_cast<int>(picture.height), 3,
-                           picture.pixels.data(), 95);
-    return bytes;
+Bytes jpeg(const Picture& picture, unsigned channels, const Bytes& segments) {
+    return jpegOf({picture.width, picture.height, picture.pixels}, channels, segments);
 }
 
 Picture quarters(uint32_t width, uint32_t height, const std::string& letters) {

@@ -10,6 +10,7 @@
 
 #include "bytes.h"
 #include "picture.h"
+#include "support/pictures.h"
 #include "support/system.h"
 
 namespace test {
@@ -62,8 +63,8 @@ private:
     std::filesystem::path folder_;
 };
 
-Bytes png(const Picture& picture, int channels = 3);
-Bytes jpeg(const Picture& picture);
+Bytes png(const Picture& picture, unsigned channels = 3, const Bytes& chunks = {});
+Bytes jpeg(const Picture& picture, unsigned channels = 3, const Bytes& segments = {});
 
 /// A picture of four rectangles. Each letter is a colour, Red, Green, Blue or White: at the top left, top
 /// right, bottom left, bottom right.

@@ -72,4 +72,9 @@ public:
     explicit UnusableFile(const std::string& sentence) : Failure(sentence, exitUnusableFile, ZPRUSB_SUCCESS) {}
 };
 
+/// @throws UnusableFile that says what is wrong with the file.
+[[noreturn]] inline void refuseFile(const std::string& path, const std::string& reason) {
+    throw UnusableFile("'" + path + "' " + reason);
+}
+
 }  // namespace tool

@@ -4,7 +4,6 @@
 #include <filesystem>
 #include <fstream>
 
-#include "failure.h"
 #include "system.h"
 
 namespace tool {
@@ -15,10 +14,6 @@ std::filesystem::path pathOf(const std::string& utf8) {
 }
 
 }  // namespace
-
-void refuseFile(const std::string& path, const std::string& reason) {
-    throw UnusableFile("'" + path + "' " + reason);
-}
 
 Bytes readFile(const std::string& path, uint64_t largest) {
     const std::filesystem::path file = pathOf(path);

@@ -2,11 +2,9 @@
 #pragma once
 
 #include "bytes.h"
+#include "failure.h"
 
 namespace tool {
-
-/// @throws UnusableFile that says what is wrong with the file.
-[[noreturn]] void refuseFile(const std::string& path, const std::string& reason);
 
 /// @throws UnusableFile also for a file of more than `largest` bytes, which must be whole mebibytes.
 Bytes readFile(const std::string& path, uint64_t largest);

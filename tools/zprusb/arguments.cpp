@@ -3,6 +3,7 @@
 #include <zprusb.h>
 
 #include <algorithm>
+#include <map>
 
 #include "command_line.h"
 #include "failure.h"
@@ -77,6 +78,28 @@ void defineLayout(CLI::App& print, const std::shared_ptr<PrintArguments>& values
         ->check(inRange(0, 1000));
 }
 
+void defineReading(CLI::App& print, const std::shared_ptr<PrintArguments>& values) {
+    static const std::map<std::string, Intent> intents = {{"perceptual", Intent::perceptual},
+                                                          {"relative", Intent::relative},
+                                                          {"saturation", Intent::saturation},
+                                                          {"absolute", Intent::absolute}};
+    print.add_flag("--force", values->force, "Print what can be read of a damaged picture");
+    print.add_option("--max-pixels", values->mostPixels, "Refuse pictures with more pixels")
+        ->capture_default_str()
+        ->type_name("NUMBER")
+        ->check(inRange(1, 1'000'000'000'000));
+    print
+        .add_option("--profile", values->profile,
+                    "The printer's colour profile, an ICC file; otherwise pages are in sRGB")
+        ->type_name("FILE");
+    print
+        .add_option_function<std::string>(
+            "--intent", [values](const std::string& text) { values->intent = intents.at(text); },
+            "How colours are converted that the page can't show: perceptual, relative, saturation or absolute; "
+            "otherwise relative")
+        ->check(oneOf({"perceptual", "relative", "saturation", "absolute"}));
+}
+
 void definePrint(CLI::App& app, Arguments& arguments) {
     const auto print = addCommand<PrintArguments>(app, "print", "Print pictures", arguments);
     print.app->add_option("image", print->images, "PNG or JPEG files; '-' reads one from standard input")
@@ -105,6 +128,7 @@ void definePrint(CLI::App& app, Arguments& arguments) {
         ->type_name("SECONDS")
         ->check(inRange(1, longestWaitSeconds));
     defineLayout(*print.app, print.values);
+    defineReading(*print.app, print.values);
     print.app->footer(
         "With --wait it goes on until the printer has printed the page, and fails when that takes longer than "
         "SECONDS.\nA picture whose name is a number behind --wait is written as ./NAME.\n" +

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "common_arguments.h"
-#include "image/picture.h"
+#include "image/picture_reader.h"
 #include "media.h"
 
 namespace tool {
@@ -38,6 +38,10 @@ struct PrintArguments {
     uint16_t copies = 1;
     std::optional<uint8_t> section;  // of a long page; 0 is the whole page
     bool fit = false;
+    bool force = false;  // prints damaged pictures
+    uint64_t mostPixels = Reading{}.mostPixels;
+    std::string profile;  // the file of the printer's; empty for sRGB
+    Intent intent = Intent::relative;
     std::optional<uint8_t> option20;
     std::optional<uint16_t> option21;
     std::optional<uint16_t> option22;

@@ -45,7 +45,7 @@ public:
     /// @return whether it could be, as it was when next() looked at it.
     bool take();
 
-    /// Undoes take().
+    /// Undoes take(), if the picture was taken.
     void giveBack();
 
     /// From now on a part of the picture may be on paper. @throws Refusal

@@ -5,11 +5,10 @@
 #include "commands.h"
 #include "failure.h"
 #include "file.h"
-#include "image/picture.h"
 #include "image/picture_file.h"
 #include "inbox.h"
 #include "page.h"
-#include "png_file.h"
+#include "png.h"
 #include "printer.h"
 #include "program.h"
 #include "progress_bar.h"
@@ -35,12 +34,12 @@ std::string namesOf(const std::vector<MediaSize>& offered) {
 }
 
 Sheet chooseSheet(const std::vector<MediaSize>& offered, const PrintArguments& arguments,
-                  const Picture& picture) {
+                  const PictureReader& picture) {
     if (offered.empty())
         throw Refusal("The printer's list of media is empty or did not arrive whole. " +
                           resultSentence(ZPRUSB_COMMUNICATION),
                       ZPRUSB_COMMUNICATION);
-    const double ratio = static_cast<double>(picture.width) / picture.height;
+    const double ratio = static_cast<double>(picture.size().width) / picture.size().height;
     const auto sheet =
         arguments.size ? findSheet(offered, *arguments.size, ratio) : suitableSheet(offered, ratio);
     if (!sheet)
@@ -60,14 +59,20 @@ Extent dotsOfPage(const Sheet& sheet, const std::optional<uint8_t>& section) {
     return dots;
 }
 
-Job jobOf(const PrintArguments& arguments, const Picture& picture, const Sheet& sheet) {
+Job jobOf(const PrintArguments& arguments, const PictureReader& picture, const Sheet& sheet) {
     constexpr double hundredthsPerMillimetre = 100;
     const Extent dots = dotsOfPage(sheet, arguments.section);
     Layout layout{.scaling = arguments.fit ? Scaling::fit : Scaling::fill,
                   .gravity = arguments.gravity,
                   .border = dotsOf(static_cast<uint32_t>(arguments.border * hundredthsPerMillimetre))};
     if (arguments.rotation) layout.quarters = *arguments.rotation / 90;
-    return {{sheet, arguments.copies, arguments.section, laidOut(picture, dots, layout).pixels}, dots};
+    return {{sheet, arguments.copies, arguments.section, picture.page(dots, layout).pixels}, dots};
+}
+
+PictureReader open(const std::string& image, const PrintArguments& arguments) {
+    Reading reading{.mostPixels = arguments.mostPixels, .force = arguments.force, .intent = arguments.intent};
+    if (!arguments.profile.empty()) reading.printerProfile = loadProfile(arguments.profile);
+    return openPicture(image, reading);
 }
 
 Json dataOf(const Sheet& sheet) {
@@ -140,7 +145,7 @@ public:
 
     /// @param started is called when the printer has begun the page, before its data go out.
     View print(
-        const std::string& image, const Picture& picture, const std::function<void()>& started = [] {}) {
+        const std::string& image, const PictureReader& picture, const std::function<void()>& started = [] {}) {
         if (arguments_.any) {
             selectReady(printer_);
         } else if (common_.waitWasAsked || pages_ > 0) {
@@ -165,12 +170,12 @@ private:
 };
 
 int preview(const CommonArguments& common, const PrintArguments& arguments) {
-    const Picture picture = loadPicture(arguments.images.front());
+    const PictureReader picture = open(arguments.images.front(), arguments);
     const bool known = arguments.size && arguments.size->length > 0;
     const Sheet sheet =
         known ? sheetOf(*arguments.size) : chooseSheet(Printer(common.printer).mediaList(), arguments, picture);
     const Job job = jobOf(arguments, picture, sheet);
-    writeFile(arguments.preview, pngOf({job.dots.width, job.dots.height, job.page.pixels}));
+    writeFile(arguments.preview, simulator::encodePng(job.page.pixels, job.dots.width, job.dots.height));
     show({{{"image", arguments.images.front()}, {"preview", arguments.preview}, {"media", dataOf(sheet)}},
           "Wrote the page, " + sizeName(sheet.width(), sheet.length) + ", into " + harmless(arguments.preview) +
               ".\n"},
@@ -193,7 +198,7 @@ int printAll(const CommonArguments& common, const PrintArguments& arguments) {
         bool goesOn = true;
         View view;
         try {
-            view = printing.print(image, loadPicture(image));
+            view = printing.print(image, open(image, arguments));
         } catch (const Failure& failure) {
             view = failureOf(image, failure);
             if (status == exitSuccess) status = failure.status();
@@ -212,7 +217,7 @@ int printAll(const CommonArguments& common, const PrintArguments& arguments) {
 class FolderWatch {
 public:
     FolderWatch(const CommonArguments& common, const PrintArguments& arguments)
-        : inbox_(arguments.watch), printing_(common, arguments), any_(arguments.any) {}
+        : inbox_(arguments.watch), arguments_(arguments), printing_(common, arguments) {}
 
     /// @return what happened to a picture, if anything.
     std::optional<View> look() {
@@ -228,12 +233,12 @@ private:
     std::optional<View> print(const Inbox::Arrival& picture) {
         bool started = false;
         try {
-            const Picture pixels = loadPicture(picture.path);
+            const PictureReader reader = open(picture.path, arguments_);
             if (!inbox_.take()) {
                 tellOnce("'" + picture.name + "' can't be moved; another program may still be using it.");
                 return std::nullopt;
             }
-            const View view = printing_.print(picture.name, pixels, [&] {
+            const View view = printing_.print(picture.name, reader, [&] {
                 inbox_.start();
                 started = true;
             });
@@ -248,6 +253,7 @@ private:
     std::optional<View> handle(const Inbox::Arrival& picture, const Failure& failure, bool started) {
         const bool unusable = failure.status() == exitUnusableFile;
         if (unusable && !picture.settled) {
+            inbox_.giveBack();
             inbox_.postpone();
             return std::nullopt;
         }
@@ -264,7 +270,7 @@ private:
     uint16_t codeOfPrinter() {
         Printer& printer = printing_.printer();
         std::vector<uint8_t> numbers = {printer.number()};
-        if (any_) numbers = numbersOf(printer);
+        if (arguments_.any) numbers = numbersOf(printer);
         const std::vector<uint16_t> codes =
             numbers.empty() ? std::vector<uint16_t>{ZPRUSB_NO_PRINTER_FOUND} : printer.status(numbers);
         if (std::ranges::find(codes, uint16_t{ZPRUSB_SUCCESS}) != codes.end()) return ZPRUSB_SUCCESS;
@@ -282,8 +288,8 @@ private:
     }
 
     Inbox inbox_;
+    const PrintArguments& arguments_;
     Printing printing_;
-    const bool any_;
     std::string told_;
 };
 
@@ -305,7 +311,7 @@ int run(const CommonArguments& common, const PrintArguments& arguments) {
     if (!arguments.watch.empty()) return watchFolder(common, arguments);
     if (!arguments.preview.empty()) return preview(common, arguments);
     if (arguments.images.size() > 1) return printAll(common, arguments);
-    const Picture picture = loadPicture(arguments.images.front());
+    const PictureReader picture = open(arguments.images.front(), arguments);
     show(Printing(common, arguments).print(arguments.images.front(), picture), common.json);
     return exitSuccess;
 }

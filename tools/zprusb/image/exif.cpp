@@ -1,9 +1,9 @@
 #include "exif.h"
 
-#include <algorithm>
 #include <array>
 #include <optional>
-#include <string_view>
+
+#include "fields.h"
 
 namespace tool {
 namespace {
@@ -20,37 +20,8 @@ constexpr std::array<Turn, 8> turns = {{
     {true, false, true},
 }};
 
-constexpr uint8_t markerStart = 0xFF;
-constexpr uint8_t startOfScan = 0xDA;
-constexpr uint8_t application1 = 0xE1;
-constexpr std::string_view exifSignature("Exif\0\0", 6);
 constexpr uint32_t orientationTag = 0x0112;
 constexpr size_t entrySize = 12;
-
-/// Like subspan(), but empty where the bytes aren't there.
-ByteView field(ByteView bytes, size_t offset, size_t size) {
-    return offset <= bytes.size() && size <= bytes.size() - offset ? bytes.subspan(offset, size) : ByteView{};
-}
-
-bool startsWith(ByteView bytes, std::string_view text) {
-    const ByteView start = field(bytes, 0, text.size());
-    return std::ranges::equal(start, text, {}, {}, [](char c) { return static_cast<uint8_t>(c); });
-}
-
-/// The EXIF data of a JPEG file: what follows the signature in its segment.
-ByteView exifData(ByteView file) {
-    if (!startsWith(file, "\xFF\xD8")) return {};
-    for (size_t at = 2;;) {
-        const ByteView head = field(file, at, 4);
-        if (head.empty() || head[0] != markerStart || head[1] == startOfScan) return {};
-        const size_t length = size_t{head[2]} << 8 | head[3];  // counts its own two bytes
-        if (length < 2) return {};
-        const ByteView segment = field(file, at + 4, length - 2);
-        if (head[1] == application1 && startsWith(segment, exifSignature))
-            return segment.subspan(exifSignature.size());
-        at += 2 + length;
-    }
-}
 
 /// Numbers in the byte order that the data announce at their beginning.
 class Numbers {
@@ -61,9 +32,9 @@ public:
     std::optional<uint32_t> at(size_t offset, size_t size) const {
         const ByteView bytes = field(data_, offset, size);
         if (bytes.empty()) return std::nullopt;
-        if (little_) return littleEndian(bytes);
+        if (!little_) return bigEndian(bytes);
         const Bytes reversed(bytes.rbegin(), bytes.rend());
-        return littleEndian(reversed);
+        return bigEndian(reversed);
     }
 
 private:
@@ -85,8 +56,8 @@ std::optional<uint32_t> orientation(ByteView exif) {
 
 }  // namespace
 
-Turn turnOfExif(ByteView file) {
-    const uint32_t value = orientation(exifData(file)).value_or(1);
+Turn turnOfExif(ByteView exif) {
+    const uint32_t value = orientation(exif).value_or(1);
     return value >= 1 && value <= turns.size() ? turns[value - 1] : turns[0];
 }
 

@@ -1,12 +1,12 @@
-/// The orientation that a camera notes in a JPEG file.
+/// The orientation that a camera notes in a picture file.
 #pragma once
 
 #include "picture.h"
 
 namespace tool {
 
-/// @param file the content of a picture file of any kind.
-/// @return what turns the stored picture upright; no turn when the file says nothing, or nothing sensible.
-Turn turnOfExif(ByteView file);
+/// @param exif the data, from the mark of their byte order on.
+/// @return what turns the stored picture upright; no turn when they say nothing, or nothing sensible.
+Turn turnOfExif(ByteView exif);
 
 }  // namespace tool

@@ -12,6 +12,8 @@ namespace tool {
 struct Extent {
     uint32_t width;
     uint32_t height;
+
+    bool operator==(const Extent&) const = default;
 };
 
 struct Picture {
@@ -28,9 +30,21 @@ struct Turn {
     bool mirrorRows;
 };
 
+constexpr Turn noTurn = {false, false, false};
 constexpr Turn quarterClockwise = {true, true, false};
 
-Picture turned(const Picture& picture, Turn turn);
+/// One turn after the other.
+constexpr Turn operator+(Turn first, Turn then) {
+    if (!then.exchangeSides)
+        return {first.exchangeSides, first.mirrorColumns != then.mirrorColumns,
+                first.mirrorRows != then.mirrorRows};
+    return {!first.exchangeSides, first.mirrorRows != then.mirrorColumns,
+            first.mirrorColumns != then.mirrorRows};
+}
+
+constexpr Extent operator*(Extent extent, Turn turn) {
+    return turn.exchangeSides ? Extent{extent.height, extent.width} : extent;
+}
 
 enum class Scaling {
     fill,  ///< the picture covers the page; what doesn't fit is cut off
@@ -51,8 +65,22 @@ struct Layout {
     uint32_t border = 0;                 // white, on each side, in dots
 };
 
-/// The page with the picture on it; with a border so wide that nothing is left, it is white.
-/// @throws std::bad_alloc
-Picture laidOut(const Picture& picture, Extent page, Layout layout);
+/// A stretch of one side of a picture, which is scaled to so many dots.
+struct Stretch {
+    double start;  // in pixels of the picture
+    double length;
+    uint32_t dots;
+};
+
+/// Where a picture comes to lie.
+struct Placement {
+    uint32_t x, y;         // on the page; the stretches tell how far it reaches from there
+    Turn turn;             // of the stored picture
+    Stretch across, down;  // of the stored picture
+};
+
+/// @param stored the size of the picture, which `upright` turns upright.
+/// @return none when the border is so wide that nothing is left.
+std::optional<Placement> placementOf(Extent stored, Turn upright, Extent page, Layout layout);
 
 }  // namespace tool

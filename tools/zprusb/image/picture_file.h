@@ -3,13 +3,16 @@
 
 #include <string>
 
-#include "picture.h"
+#include "picture_reader.h"
 
 namespace tool {
 
-/// Reads a PNG or JPEG file, turned as its EXIF orientation says; transparent parts become white.
+/// Opens a PNG or JPEG file.
 /// @param path in UTF-8; "-" for standard input.
 /// @throws UnusableFile with a sentence that says what is wrong with the file.
-Picture loadPicture(const std::string& path);
+PictureReader openPicture(const std::string& path, const Reading& reading);
+
+/// Reads the printer's profile. @throws UnusableFile also when it is none for RGB.
+Bytes loadProfile(const std::string& path);
 
 }  // namespace tool
