@@ -6,7 +6,7 @@ namespace {
 
 using Describe = bool (*)(control::DeviceHandle device, char (&text)[control::textSize]) noexcept;
 
-uint32_t handOut(Describe describe, uint64_t device, char* place) {
+uint32_t handOut(Describe describe, uint64_t device, void* place) {
     if (place == nullptr) return 0;
     return describe(device, *reinterpret_cast<char(*)[control::textSize]>(place));
 }

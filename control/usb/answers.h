@@ -22,7 +22,7 @@ public:
 
 private:
     static constexpr size_t longestRead = 512;  // of a host
-    uint8_t bytes_[longestRead + largestPacket];
+    uint8_t bytes_[longestRead + largestPacket]{};
     size_t length_ = 0;
     Nanoseconds due_ = never;
 };

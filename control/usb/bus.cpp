@@ -70,7 +70,7 @@ bool isPrinter(const char* device) {
 
 ConnectedPrinter readPrinter(const char* device) {
     ConnectedPrinter printer;
-    std::strcpy(printer.port, device);  // isPrinter() has looked at its length
+    std::memcpy(printer.port, device, std::strlen(device) + 1);  // isPrinter() has looked at it
     readText(device, "serial", printer.serial);
     makePlain(printer.serial);
     printer.bus = readNumber(device, "busnum");

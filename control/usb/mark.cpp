@@ -50,7 +50,7 @@ struct flock lockOf(long printer, uint32_t count, short type) {
     struct flock lock {};
     lock.l_type = type;
     lock.l_whence = SEEK_SET;
-    lock.l_start = (off_t{printer} + 1) << 32 | off_t{count};  // behind all counts
+    lock.l_start = (int64_t{printer} + 1) * (int64_t{UINT32_MAX} + 1) + count;  // behind all counts
     lock.l_len = 1;
     return lock;
 }

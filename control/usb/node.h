@@ -12,7 +12,7 @@ constexpr size_t transferSize = 4096;
 
 /// Bytes on their way to or from a printer. It stays where it is while it is under way.
 struct Transfer {
-    uint8_t buffer[transferSize];
+    uint8_t buffer[transferSize]{};
     bool isUnderWay = false;
     uint8_t endpoint = 0;
     size_t size = 0;    // what was asked for
@@ -24,7 +24,7 @@ struct Transfer {
     usbdevfs_urb* request() { return reinterpret_cast<usbdevfs_urb*>(request_); }
 
 private:
-    alignas(usbdevfs_urb) unsigned char request_[sizeof(usbdevfs_urb)];
+    alignas(usbdevfs_urb) unsigned char request_[sizeof(usbdevfs_urb)]{};
 };
 
 enum class Claim { done, busy, gone };
