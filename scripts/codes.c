@@ -19,7 +19,7 @@ static const struct {
     {"markdown",
      "# Result codes\n\n"
      "What a function of the library can give as its `resultCode`. The names stand in `zprusb.h` with "
-     "`ZPRUSB_` before\nthem, and [`zprusb_text.h`](../include/zprusb_text.h) gives these texts to a "
+     "`ZPRUSB_` before\nthem, and `zprusb_text.h` gives these texts to a "
      "program.\n\n"
      "| code | name | meaning | likely cause | what to do |\n|---|---|---|---|---|\n",
      "| %1$u | `%2$s` | %3$s | %4$s | %5$s |\n", ""},
