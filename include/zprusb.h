@@ -599,8 +599,7 @@ ZPRUSB_API uint32_t zprusb_startpagelong(uint16_t* pageId, uint8_t sectionIndex,
 /// Sends image data of the started page, in as many calls as the caller likes. They go out as they are: the
 /// library neither counts them nor checks that a page was started. How many bytes a page has, and how they make
 /// up its pixels, the printer's manual says. The simulator and the tools take width x length at 300 dots per
-/// inch
-/// (::ZPRUSB_DOTS_PER_INCH), 8-bit RGB, row by row.
+/// inch (::ZPRUSB_DOTS_PER_INCH), 8-bit RGB, row by row.
 /// @param data the bytes. Null gives 1006 unless the length is 0.
 /// @param length number of bytes; not changed. 0: nothing is sent, 0 is returned and no code is written. Null
 ///        gives 1006.

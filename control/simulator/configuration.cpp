@@ -240,7 +240,7 @@ std::filesystem::path readOutputFolder(JsonReader& reader) {
     const std::string utf8 = reader.text("output", "printed");
     if (utf8.empty()) reader.refuse("output", "must not be empty");
     std::error_code error;
-    const fs::path folder = fs::absolute(std::u8string(utf8.begin(), utf8.end()), error);
+    fs::path folder = fs::absolute(std::u8string(utf8.begin(), utf8.end()), error);
     if (error) reader.refuse("output", "can't be found, as the current directory is gone");
     const fs::file_status status = fs::status(folder, error);
     if (fs::exists(status) && !fs::is_directory(status)) reader.refuse("output", "is no folder");

@@ -15,9 +15,11 @@ bool resolve(platform::ModuleHandle module, const char* name, Function*& functio
 }
 
 bool resolveAll(ControlLibrary& control) {
-#define IS_RESOLVED(member, name) &&resolve(control.module, name, control.member)
-    return true CONTROL_FUNCTIONS(IS_RESOLVED);
-#undef IS_RESOLVED
+    bool all = true;
+#define RESOLVE(member, name) all = all && resolve(control.module, name, control.member);
+    CONTROL_FUNCTIONS(RESOLVE)
+#undef RESOLVE
+    return all;
 }
 
 // Held while the control library is loaded and unloaded, which takes as long as the system's loader.

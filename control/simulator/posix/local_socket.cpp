@@ -150,8 +150,7 @@ std::vector<uint32_t> simulatingProcesses() {
         if (lives && askProcess(process, R"({"do": "show"})")) processes.push_back(process);
     }
     std::ranges::sort(processes);
-    const auto repeated = std::ranges::unique(processes);
-    processes.erase(repeated.begin(), repeated.end());
+    processes.erase(std::unique(processes.begin(), processes.end()), processes.end());
     return processes;
 }
 

@@ -164,8 +164,9 @@ bool standBack(NamedMutex& mutex, Moment limit) REQUIRES(registry) {
             return true;
         }
         if (now() >= limit) return false;
+        const Moment next = std::min({now() + glance, mutex.standBackUntil, limit});
         registry.leave();
-        sleepUntil(std::min({now() + glance, mutex.standBackUntil, limit}));
+        sleepUntil(next);
         registry.enter();
     }
     return true;
