@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cctype>
 #include <filesystem>
+#include <sstream>
 #include <string_view>
 
 #include "device/control_library.h"
@@ -61,6 +62,17 @@ std::vector<std::string> functionsLackingIn(void* library) {
 std::string kindOf(void* library) {
     const auto kind = functionOf<const char*()>(library, "zprusb_controlLibraryKind");
     return kind == nullptr ? "the maker's" : kind();
+}
+
+std::vector<std::string> interfacesSeenBy(void* library) {
+    const auto examine = functionOf<uint32_t(char*, uint32_t)>(library, "zprusbusb_examine");
+    if (examine == nullptr) return {};
+    std::string text(1 << 16, '\0');
+    examine(text.data(), static_cast<uint32_t>(text.size()));
+    std::vector<std::string> lines;
+    std::istringstream stream(text.c_str());
+    for (std::string line; std::getline(stream, line);) lines.push_back(line.substr(0, line.rfind('.')));
+    return lines;
 }
 
 std::string serialIn(const std::string& path) {

@@ -17,6 +17,10 @@ std::vector<std::string> functionsLackingIn(void* library);
 /// Which control library it is, in words: the maker's has nothing that tells.
 std::string kindOf(void* library);
 
+/// What the control library for real printers tells of each: where it is, whether this process may use it, and
+/// who has its interface. Others tell nothing.
+std::vector<std::string> interfacesSeenBy(void* library);
+
 struct Device {
     uint64_t number;
     std::string path;  // the system's name for it

@@ -157,6 +157,8 @@ int run(const CommonArguments& common, const DoctorArguments&) {
     Findings findings;
     findings.good("library", fileOfLibrary());
     void* library = examineControlLibrary(findings);
+    if (library != nullptr)
+        for (const std::string& words : interfacesSeenBy(library)) findings.good("interface", words);
     for (const Sight& folder : lockFolders()) findings.seen("lock files", exitRefused, folder);
     examineUsb(findings);
     if (library == nullptr) {
