@@ -39,33 +39,26 @@ static void pause_milliseconds(long duration) {
     nanosleep(&time, NULL);
 }
 
-static uint16_t status(double* took) {
+typedef uint32_t (*Call)(uint16_t* code);
+
+static uint16_t timed(Call call, double* took) {
     uint16_t code = 0xFFFF;
     const double begin = milliseconds();
-    zprusb_status(&code);
+    call(&code);
     *took = milliseconds() - begin;
-    printf("status: %u after %.1f ms\n", code, *took);
+    printf("%u after %.1f ms\n", code, *took);
     return code;
 }
 
 static int exchange(unsigned expected, double limit) {
     double took;
-    return status(&took) != expected || took > limit;
+    return timed(zprusb_status, &took) != expected || took > limit;
 }
 
-/* An exchange that is tried once. */
-static uint16_t blink(double* took) {
-    uint16_t code = 0xFFFF;
-    const double begin = milliseconds();
-    zprusb_blinkLED(&code);
-    *took = milliseconds() - begin;
-    printf("blink: %u after %.1f ms\n", code, *took);
-    return code;
-}
-
+/* By an exchange that is tried once. */
 static int fails(double shortest, double longest) {
     double took;
-    return blink(&took) != 2600 || took < shortest || took > longest;
+    return timed(zprusb_blinkLED, &took) != 2600 || took < shortest || took > longest;
 }
 
 static int recover(double shortest, double longest) {
